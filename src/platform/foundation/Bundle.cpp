@@ -1,0 +1,110 @@
+// Finds and reads a bundle's files.
+#include "platform/foundation/Bundle.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <system_error>
+#include <utility>
+
+#include "platform/foundation/StringsTable.h"
+
+namespace vel {
+namespace {
+
+using Table = decltype(StringsTable::entries);
+using Problems = std::vector<Bundle::Problem>;
+using std::filesystem::path;
+
+constexpr std::uintmax_t kLargestFile = 16U << 20U;
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
+};
+
+std::error_code readFile(const path& file, std::string& into) {
+  std::error_code error;
+  // Refuses directories and whatever else has no end, before it is opened.
+  const std::uintmax_t size = std::filesystem::file_size(file, error);
+  if (error) {
+    return error;
+  }
+  if (size > kLargestFile) {
+    return std::make_error_code(std::errc::file_too_large);
+  }
+  const std::unique_ptr<std::FILE, CloseFile> stream(std::fopen(file.c_str(), "rbe"));
+  if (stream == nullptr) {
+    return {errno, std::generic_category()};
+  }
+  into.resize(size);
+  into.resize(std::fread(into.data(), 1, into.size(), stream.get()));
+  return std::ferror(stream.get()) != 0 ? std::make_error_code(std::errc::io_error) : error;
+}
+
+/// Reads what can be had of `file`. Returns whether that is all of it; if not, adds the problem.
+bool readTable(const path& file, Table& into, Problems& problems) {
+  std::string bytes;
+  if (const std::error_code error = readFile(file, bytes)) {
+    problems.push_back(file.string() + ": cannot be read: " + error.message());
+    return false;
+  }
+  StringsTable table = parseStrings(bytes);
+  into = std::move(table.entries);
+  if (table.error) {
+    problems.push_back(file.string() + ":" + std::to_string(table.error->line) + ": " +
+                       table.error->message);
+  }
+  return !table.error;
+}
+
+Table readLocalizable(const path& directory, const std::vector<std::string>& languages,
+                      Problems& problems) {
+  Table table;
+  for (const std::string& language : languages) {
+    const path file = directory / (language + ".lproj") / "Localizable.strings";
+    std::error_code error;  // Whatever it is, but that there is no file, reading comes upon it too.
+    if (std::filesystem::status(file, error).type() != std::filesystem::file_type::not_found) {
+      readTable(file, table, problems);
+      break;
+    }
+  }
+  return table;
+}
+
+}  // namespace
+
+Bundle::Bundle(path directory, std::string identifier, Table info, Table localizable)
+    : directory_(std::move(directory)),
+      identifier_(std::move(identifier)),
+      info_(std::move(info)),
+      localizable_(std::move(localizable)) {}
+
+std::optional<Bundle> Bundle::open(const path& directory, const Locale& locale,
+                                   Problems& problems) {
+  const path infoFile = directory / "Info.strings";
+  Table info;
+  if (!readTable(infoFile, info, problems)) {
+    return std::nullopt;
+  }
+  const auto identifier = info.find("identifier");
+  if (identifier == info.end() || identifier->second.empty()) {
+    problems.push_back(infoFile.string() + R"(: no "identifier")");
+    return std::nullopt;
+  }
+  std::string name = identifier->second;
+  return Bundle(directory, std::move(name), std::move(info),
+                readLocalizable(directory, locale.languages(), problems));
+}
+
+std::optional<std::string_view> Bundle::info(std::string_view key) const {
+  const auto entry = info_.find(key);
+  return entry == info_.end() ? std::nullopt : std::optional<std::string_view>(entry->second);
+}
+
+std::string_view Bundle::localizedString(std::string_view key) const {
+  const auto entry = localizable_.find(key);
+  return entry == localizable_.end() ? key : std::string_view(entry->second);
+}
+
+}  // namespace vel

@@ -1,0 +1,40 @@
+// The concurrent queue of default priority: its tasks run on a few threads of their own, in no
+// promised order.
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "platform/foundation/Queue.h"
+
+namespace vel {
+
+/// Starts no thread before the first task and lets idle threads sleep without waking.
+class GlobalQueue : public Queue {
+ public:
+  explicit GlobalQueue(std::size_t maximumThreads = 4);
+
+  /// Runs every task that is still queued, then ends the threads: a write that was handed over is
+  /// not lost.
+  ~GlobalQueue() override;
+
+  void async(Task task) override;
+
+ private:
+  void startThread();  ///< under the lock
+  void work();
+
+  const std::size_t maximumThreads_;
+  std::mutex mutex_;
+  std::condition_variable wake_;
+  std::deque<Task> tasks_;
+  std::vector<std::thread> threads_;
+  std::size_t idle_ = 0;
+  bool ending_ = false;
+};
+
+}  // namespace vel

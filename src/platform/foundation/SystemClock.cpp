@@ -1,0 +1,28 @@
+// The machine's own clock.
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include "platform/foundation/Clock.h"
+
+namespace vel {
+namespace {
+
+using Seconds = std::chrono::duration<double>;
+
+/// Longer than any machine runs, and still within what the system's timers hold.
+constexpr Seconds kLongestSleep{1e9};
+
+}  // namespace
+
+double SystemClock::now() const {
+  return Seconds(std::chrono::system_clock::now().time_since_epoch()).count();
+}
+
+void SystemClock::sleep(double seconds) {
+  if (seconds > 0) {
+    std::this_thread::sleep_for(std::min(Seconds(seconds), kLongestSleep));
+  }
+}
+
+}  // namespace vel

@@ -1,0 +1,79 @@
+// What the module asks of the machine's kernel.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace vel {
+
+/// One reading of every processor's cumulative tick counters. The processors of one core are
+/// neighbours.
+struct TickSample {
+  enum State : std::uint8_t { user, system, idle, nice };
+  static constexpr std::size_t kStates = 4;
+
+  /// The identity of a processor whose counters the kernel does not give, as while it is offline.
+  static constexpr std::int32_t kNoProcessor = -1;
+
+  /// Four integers per processor, at 4i + State. They count on past the sign and wrap at 32 bits.
+  std::vector<std::int32_t> counters;
+
+  /// Per processor, whose counters these are, or `kNoProcessor`. Counters of two samples can be
+  /// compared only where the identities are equal: the order may change when processors come or go,
+  /// and does so only in a call of `processorCount` or `physicalCoreCount`.
+  std::vector<std::int32_t> processors;
+};
+
+struct ProcessorState {
+  bool running = false;
+};
+
+/// Tasks (processes) and threads of the whole system.
+struct SystemLoad {
+  std::int32_t tasks = 0;
+  std::int32_t threads = 0;
+};
+
+/// A moment since 1970-01-01 00:00 UTC.
+struct BootTime {
+  std::int64_t seconds = 0;
+  std::int32_t microseconds = 0;
+};
+
+/// Every operation answers with a value; a reading that cannot be had is nothing, false or -1, and
+/// nothing is thrown. Called from one thread at a time.
+class Kernel {
+ public:
+  Kernel() = default;
+  virtual ~Kernel() = default;
+  Kernel(const Kernel&) = delete;
+  Kernel& operator=(const Kernel&) = delete;
+
+  /// Processors for which there are tick counters, offline ones included.
+  virtual std::optional<std::uint32_t> processorCount() = 0;
+
+  /// Physical cores with a processor online.
+  virtual std::optional<std::uint32_t> physicalCoreCount() = 0;
+
+  /// Processors online.
+  virtual std::optional<std::uint32_t> logicalProcessorCount() = 0;
+
+  /// Overwrites `sample`, whose storage is kept from call to call. After false its content is of no
+  /// use.
+  virtual bool readTicks(TickSample& sample) = 0;
+
+  /// The processors of `readTicks`, in the same order. As there, storage is kept.
+  virtual bool readProcessorStates(std::vector<ProcessorState>& states) = 0;
+
+  virtual std::optional<SystemLoad> systemLoad() = 0;
+
+  /// Over 1, 5 and 15 minutes. Returns how many were delivered, from the front, or -1.
+  virtual int loadAverages(std::array<double, 3>& averages) = 0;
+
+  virtual std::optional<BootTime> bootTime() = 0;
+};
+
+}  // namespace vel
