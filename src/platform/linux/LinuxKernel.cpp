@@ -1,0 +1,196 @@
+// The kernel's figures from procfs and sysfs.
+#include "platform/linux/LinuxKernel.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/linux/ProcLoadavg.h"
+#include "platform/linux/ProcStat.h"
+
+namespace vel {
+
+namespace {
+
+constexpr std::int32_t kNotInOrder = -1;
+
+/// A list file that is missing or malformed and one that lists nothing are alike: nothing can be
+/// told from it.
+bool readList(TextFile& file, CpuList& cpus) {
+  const std::optional<std::string_view> text = file.read();
+  return text && cpus.parse(*text);
+}
+
+std::optional<std::int32_t> readId(const std::filesystem::path& path) {
+  TextFile file(path);
+  const std::optional<std::string_view> text = file.read();
+  return text ? parseTopologyId(*text) : std::nullopt;
+}
+
+std::optional<std::int32_t> readFirst(const std::filesystem::path& path) {
+  TextFile file(path);
+  CpuList siblings;
+  return readList(file, siblings) ? std::optional(siblings.first()) : std::nullopt;
+}
+
+/// Two's complement, as a 32-bit counter that had counted all along would stand.
+std::int32_t wrapped(std::uint64_t ticks) {
+  return static_cast<std::int32_t>(ticks);
+}
+
+}  // namespace
+
+LinuxKernel::LinuxKernel(const std::filesystem::path& proc, const std::filesystem::path& sys)
+    : cpuDirectory_(sys / "devices/system/cpu"),
+      statFile_(proc / "stat"),
+      loadavgFile_(proc / "loadavg"),
+      presentFile_(cpuDirectory_ / "present"),
+      onlineFile_(cpuDirectory_ / "online"),
+      processes_(proc) {}
+
+std::optional<std::uint32_t> LinuxKernel::processorCount() {
+  if (!readPresentAndOnline()) {
+    return std::nullopt;
+  }
+  if (!arranged_.empty() && arranged_ != present_ && !makeOrder()) {
+    return std::nullopt;
+  }
+  return present_.count();
+}
+
+std::optional<std::uint32_t> LinuxKernel::physicalCoreCount() {
+  return makeOrder() ? std::optional(topology_.onlineCores) : std::nullopt;
+}
+
+std::optional<std::uint32_t> LinuxKernel::logicalProcessorCount() {
+  return readOnline() ? std::optional(online_.count()) : std::nullopt;
+}
+
+bool LinuxKernel::readTicks(TickSample& sample) {
+  if (!ensureOrder()) {
+    return false;
+  }
+  sample.processors.assign(topology_.order.size(), TickSample::kNoProcessor);
+  sample.counters.assign(topology_.order.size() * TickSample::kStates, 0);
+  return readStat([this, &sample](const CpuTicks& ticks) {
+    const auto cpu = static_cast<std::size_t>(ticks.cpu);
+    if (cpu >= positions_.size() || positions_[cpu] == kNotInOrder) {
+      return;
+    }
+    const auto position = static_cast<std::size_t>(positions_[cpu]);
+    sample.processors[position] = ticks.cpu;
+    std::int32_t* const counters = &sample.counters[position * TickSample::kStates];
+    counters[TickSample::user] = wrapped(ticks.user);
+    counters[TickSample::system] = wrapped(ticks.system);
+    counters[TickSample::idle] = wrapped(ticks.idle);
+    counters[TickSample::nice] = wrapped(ticks.nice);
+  });
+}
+
+template <typename Visit>
+bool LinuxKernel::readStat(Visit visit) {
+  statRead_ = statFile_.read() && forEachCpu(statFile_.text(), visit);
+  return statRead_;
+}
+
+bool LinuxKernel::readProcessorStates(std::vector<ProcessorState>& states) {
+  if (!ensureOrder() || !readOnline()) {
+    return false;
+  }
+  states.assign(topology_.order.size(), ProcessorState{});
+  for (std::size_t i = 0; i < states.size(); ++i) {
+    states[i].running = online_.contains(topology_.order[i]);
+  }
+  return true;
+}
+
+std::optional<SystemLoad> LinuxKernel::systemLoad() {
+  const std::optional<std::string_view> text = loadavgFile_.read();
+  const std::optional<std::int32_t> threads = text ? parseThreadCount(*text) : std::nullopt;
+  const std::optional<std::int32_t> tasks = processes_.read();
+  if (!threads || !tasks) {
+    return std::nullopt;
+  }
+  return SystemLoad{.tasks = *tasks, .threads = *threads};
+}
+
+int LinuxKernel::loadAverages(std::array<double, 3>& averages) {
+  const std::optional<std::string_view> text = loadavgFile_.read();
+  return text ? parseLoadAverages(*text, averages) : -1;
+}
+
+std::optional<BootTime> LinuxKernel::bootTime() {
+  if (!statRead_ && !statFile_.read()) {
+    return std::nullopt;
+  }
+  const std::optional<std::int64_t> seconds = parseBootTime(statFile_.text());
+  if (!seconds) {
+    return std::nullopt;
+  }
+  return BootTime{.seconds = *seconds, .microseconds = 0};
+}
+
+bool LinuxKernel::readPresentAndOnline() {
+  if (readList(presentFile_, present_) && readList(onlineFile_, online_)) {
+    return true;
+  }
+  if (!readCpusWithLines(present_)) {
+    return false;
+  }
+  online_ = present_;
+  return true;
+}
+
+bool LinuxKernel::readOnline() {
+  return readList(onlineFile_, online_) || readCpusWithLines(online_);
+}
+
+bool LinuxKernel::readCpusWithLines(CpuList& cpus) {
+  cpus.clear();
+  return readStat([&cpus](const CpuTicks& ticks) { cpus.append(ticks.cpu); });
+}
+
+bool LinuxKernel::ensureOrder() {
+  return !arranged_.empty() || makeOrder();
+}
+
+bool LinuxKernel::makeOrder() {
+  if (!readPresentAndOnline()) {
+    return false;
+  }
+  std::vector<PlacedProcessor> processors;
+  processors.reserve(present_.count());
+  present_.forEach([this, &processors](std::int32_t cpu) {
+    const bool online = online_.contains(cpu);
+    processors.push_back(
+        {.cpu = cpu, .core = online ? std::optional(readCore(cpu)) : std::nullopt});
+  });
+  topology_ = arrangeProcessors(std::move(processors));
+  arranged_ = present_;
+  positions_.assign(static_cast<std::size_t>(present_.last()) + 1, kNotInOrder);
+  for (std::size_t i = 0; i < topology_.order.size(); ++i) {
+    positions_[static_cast<std::size_t>(topology_.order[i])] = static_cast<std::int32_t>(i);
+  }
+  return true;
+}
+
+/// From the files of Documentation/admin-guide/cputopology.rst. thread_siblings_list is the older
+/// name of core_cpus_list. A virtual machine may have none of them: then each processor is a core
+/// of its own.
+CoreIdentity LinuxKernel::readCore(std::int32_t cpu) const {
+  const std::filesystem::path directory =
+      cpuDirectory_ / ("cpu" + std::to_string(cpu)) / "topology";
+  const std::optional<std::int32_t> package = readId(directory / "physical_package_id");
+  const std::optional<std::int32_t> core = readId(directory / "core_id");
+  if (!package || !core) {
+    return {.package = 0, .core = cpu, .firstSibling = cpu};
+  }
+  std::optional<std::int32_t> first = readFirst(directory / "core_cpus_list");
+  if (!first) {
+    first = readFirst(directory / "thread_siblings_list");
+  }
+  return {.package = *package, .core = *core, .firstSibling = first.value_or(-1)};
+}
+
+}  // namespace vel
