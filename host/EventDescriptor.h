@@ -1,0 +1,21 @@
+// Owns the file of an event source: a timer, an event counter, pending signals.
+#pragma once
+
+namespace vel {
+
+class EventDescriptor {
+ public:
+  /// Takes over what a system call returned. Throws std::system_error with errno, naming `call`, if
+  /// that is -1.
+  EventDescriptor(int descriptor, const char* call);
+  ~EventDescriptor();
+  EventDescriptor(const EventDescriptor&) = delete;
+  EventDescriptor& operator=(const EventDescriptor&) = delete;
+
+  [[nodiscard]] int get() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+}  // namespace vel

@@ -1,0 +1,34 @@
+// The part of the command line that every host takes.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace vel {
+
+struct HostOptions {
+  std::filesystem::path bundle;  ///< empty for the installed one
+  std::filesystem::path proc = "/proc";
+  std::filesystem::path sys = "/sys";
+  double interval = 1.0;  ///< seconds from one refresh to the next
+
+  /// Adds the options to `app`, which must not outlive this object.
+  void addTo(CLI::App& app);
+};
+
+/// What a program that only answers its command line says: on standard output with status 0, else
+/// as a report.
+struct CommandLineAnswer {
+  int status = 0;
+  std::string text;
+};
+
+/// Nothing when the program is to run. Bad arguments are answered with one line and status 2.
+std::optional<CommandLineAnswer> parseCommandLine(CLI::App& app, int argc, const char* const* argv);
+
+}  // namespace vel

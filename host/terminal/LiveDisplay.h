@@ -1,0 +1,39 @@
+// The readings on a terminal's whole screen.
+#pragma once
+
+#include "host/terminal/Display.h"
+#include "host/terminal/Layout.h"
+#include "host/terminal/Screen.h"
+#include "platform/kernel/Kernel.h"
+
+namespace vel {
+
+class LiveDisplay : public Display {
+ public:
+  /// Throws std::runtime_error when the terminal cannot be set up.
+  LiveDisplay(Kernel& kernel, const Labels& labels, const Locale& locale, LayoutStyle style)
+      : kernel_(kernel), labels_(labels), locale_(locale), style_(style) {}
+
+  void show(const CPUData& record) override;
+
+  /// The window has another size.
+  void resize();
+
+  /// Gives the terminal back, stops the process as Ctrl-Z does, and paints again when it goes on.
+  void stop();
+
+  /// The process goes on after others may have used the terminal.
+  void restore();
+
+ private:
+  void paint();
+
+  Kernel& kernel_;
+  const Labels& labels_;
+  const Locale& locale_;
+  const LayoutStyle style_;
+  Screen screen_;
+  Readings readings_;
+};
+
+}  // namespace vel

@@ -1,0 +1,66 @@
+#include "host/terminal/Options.h"
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <string>
+#include <system_error>
+
+namespace vel {
+namespace {
+
+constexpr const char* kDescription =
+    "Shows how busy the processors are: a live display on a terminal, one plain line a refresh\n"
+    "anywhere else.";
+
+constexpr const char* kFooter =
+    "The first refresh comes at once; its shares are averages since the machine was started.\n"
+    "Plain lines and JSON are always in English with a decimal point. On the display, q or\n"
+    "Ctrl-C ends the program.";
+
+std::optional<std::uint64_t> parseCount(const std::string& text) {
+  std::uint64_t count = 0;
+  const char* end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, count);
+  if (result.ec != std::errc{} || result.ptr != end || count == 0) {
+    return std::nullopt;
+  }
+  return count;
+}
+
+void addCount(CLI::App& app, std::optional<std::uint64_t>& count) {
+  app.add_option_function<std::string>(
+         "--count",
+         [&count](const std::string& text) {
+           count = parseCount(text);
+           if (!count) {
+             throw CLI::ValidationError("--count",
+                                        "\"" + text + "\" is not a number of refreshes, 1 or more");
+           }
+         },
+         "End after N refreshes")
+      ->type_name("N (1 or more)");
+}
+
+}  // namespace
+
+std::optional<CommandLineAnswer> parseOptions(int argc, const char* const* argv,
+                                              const char* version, Options& options) {
+  CLI::App app(kDescription, "velbar-tty");
+  app.footer(kFooter);
+  app.set_version_flag("--version", std::string("velbar-tty ") + version);
+  options.addTo(app);
+  addCount(app, options.count);
+  app.add_flag("--once", options.once,
+               "Take two samples an interval apart, print one display and end; not with --count")
+      ->disable_flag_override();
+  app.add_flag("--json", options.json, "Print every reading as one JSON object a refresh")
+      ->disable_flag_override();
+  app.callback([&options] {
+    if (options.once && options.count) {
+      throw CLI::ExcludesError("--once", "--count");
+    }
+  });
+  return parseCommandLine(app, argc, argv);
+}
+
+}  // namespace vel

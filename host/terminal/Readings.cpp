@@ -1,0 +1,46 @@
+#include "host/terminal/Readings.h"
+
+#include <cmath>
+#include <limits>
+
+namespace vel {
+namespace {
+
+std::optional<float> finite(std::optional<float> value) {
+  return value && std::isfinite(*value) ? value : std::nullopt;
+}
+
+float numberOr0(std::optional<float> value) {
+  return finite(value).value_or(0.0F);
+}
+
+}  // namespace
+
+Readings::Share Readings::total() const {
+  if (!user || !system) {
+    return std::nullopt;
+  }
+  return *user + *system + nice.value_or(0.0F);
+}
+
+void Readings::read(const CPUData& record, std::optional<std::uint32_t> runningProcessors) {
+  user = finite(record.find(Reading::userCPU));
+  system = finite(record.find(Reading::systemCPU));
+  nice = finite(record.find(Reading::niceCPU));
+  idle = finite(record.find(Reading::idleCPU));
+  tasks = finite(record.find(Reading::tasksCount));
+  threads = finite(record.find(Reading::threadsCount));
+  load = {finite(record.find(Reading::loadAverage0)), finite(record.find(Reading::loadAverage1)),
+          finite(record.find(Reading::loadAverage2))};
+  upTime = record.upTime();
+
+  processors.clear();
+  const auto running = runningProcessors.value_or(std::numeric_limits<std::uint32_t>::max());
+  for (std::uint32_t i = 0; i < running && record.find(ProcessorReading::userCPUAll, i); ++i) {
+    processors.push_back(numberOr0(record.find(ProcessorReading::userCPUAll, i)) +
+                         numberOr0(record.find(ProcessorReading::systemCPUAll, i)) +
+                         numberOr0(record.find(ProcessorReading::niceCPUAll, i)));
+  }
+}
+
+}  // namespace vel

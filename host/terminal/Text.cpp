@@ -1,0 +1,115 @@
+#include "host/terminal/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <cstddef>
+#include <cstdint>
+#include <cwchar>
+
+namespace vel {
+namespace {
+
+constexpr wchar_t kUnknown = L'?';
+
+struct Sequence {
+  std::uint32_t bits;  ///< of the lead byte
+  int continuations;
+  std::uint32_t smallest;  ///< anything below has a shorter form and is malformed
+};
+
+Sequence sequenceOf(unsigned char lead) {
+  if (lead < 0x80) {
+    return {lead, 0, 0};
+  }
+  if ((lead & 0xe0) == 0xc0) {
+    return {lead & 0x1fU, 1, 0x80};
+  }
+  if ((lead & 0xf0) == 0xe0) {
+    return {lead & 0x0fU, 2, 0x800};
+  }
+  if ((lead & 0xf8) == 0xf0) {
+    return {lead & 0x07U, 3, 0x10000};
+  }
+  return {0, 0, UINT32_MAX};
+}
+
+/// Takes one character off the front of `text`, or one byte of a malformed one.
+wchar_t takeCharacter(std::string_view& text) {
+  const auto [bits, continuations, smallest] = sequenceOf(static_cast<unsigned char>(text.front()));
+  text.remove_prefix(1);
+  std::uint32_t value = bits;
+  for (int i = 0; i < continuations; ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    if (at >= text.size() || (static_cast<unsigned char>(text[at]) & 0xc0) != 0x80) {
+      return kUnknown;
+    }
+    value = value << 6 | (static_cast<unsigned char>(text[at]) & 0x3fU);
+  }
+  if (value < smallest) {
+    return kUnknown;
+  }
+  text.remove_prefix(static_cast<std::size_t>(continuations));
+  // Surrogates, values beyond Unicode and control characters have no width.
+  const auto character = static_cast<wchar_t>(value);
+  return wcwidth(character) < 0 ? kUnknown : character;
+}
+
+std::size_t gap(std::wstring_view text, int columns) {
+  return static_cast<std::size_t>(std::max(0, columns - widthOf(text)));
+}
+
+}  // namespace
+
+std::wstring decode(std::string_view utf8) {
+  std::wstring text;
+  while (!utf8.empty()) {
+    text += takeCharacter(utf8);
+  }
+  return text;
+}
+
+std::string encode(std::wstring_view text) {
+  std::string bytes;
+  std::array<char, MB_LEN_MAX> buffer{};
+  std::mbstate_t state{};
+  for (const wchar_t character : text) {
+    const std::size_t size = std::wcrtomb(buffer.data(), character, &state);
+    if (size == static_cast<std::size_t>(-1)) {
+      state = {};
+      bytes += '?';
+    } else {
+      bytes.append(buffer.data(), size);
+    }
+  }
+  return bytes;
+}
+
+int widthOf(std::wstring_view text) {
+  int columns = 0;
+  for (const wchar_t character : text) {
+    columns += std::max(0, wcwidth(character));
+  }
+  return columns;
+}
+
+std::wstring_view clipped(std::wstring_view text, int columns) {
+  std::size_t length = 0;
+  for (; length < text.size(); ++length) {
+    columns -= std::max(0, wcwidth(text[length]));
+    if (columns < 0) {
+      break;
+    }
+  }
+  return text.substr(0, length);
+}
+
+std::wstring paddedLeft(std::wstring_view text, int columns) {
+  return std::wstring(gap(text, columns), L' ').append(text);
+}
+
+std::wstring paddedRight(std::wstring_view text, int columns) {
+  return std::wstring(text).append(gap(text, columns), L' ');
+}
+
+}  // namespace vel

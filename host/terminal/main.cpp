@@ -1,0 +1,177 @@
+// velbar-tty: the start-up of the terminal host.
+#include <fcntl.h>
+#include <langinfo.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <clocale>
+#include <csignal>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "host/BundleLoader.h"
+#include "host/InstalledFiles.h"
+#include "host/Report.h"
+#include "host/WakeEvent.h"
+#include "host/terminal/JsonLines.h"
+#include "host/terminal/LiveDisplay.h"
+#include "host/terminal/Options.h"
+#include "host/terminal/Output.h"
+#include "host/terminal/PlainLines.h"
+#include "host/terminal/Signals.h"
+#include "host/terminal/Summary.h"
+#include "host/terminal/TerminalHost.h"
+#include "host/terminal/TerminalType.h"
+#include "platform/Platform.h"
+#include "platform/foundation/GlobalQueue.h"
+#include "platform/foundation/MainQueue.h"
+#include "platform/linux/LinuxKernel.h"
+
+namespace vel {
+namespace {
+
+constexpr const char* kProgram = "velbar-tty";
+constexpr LayoutSize kSummarySize{80, 24};
+
+/// A file opened later must not become standard output by taking its free number.
+void requireStandardFiles() {
+  if (fcntl(STDOUT_FILENO, F_GETFD) == -1) {
+    throw std::system_error(errno, std::generic_category(), "standard output");
+  }
+  for (const int descriptor : {STDIN_FILENO, STDERR_FILENO}) {
+    if (fcntl(descriptor, F_GETFD) == -1) {
+      open("/dev/null", O_RDWR);
+    }
+  }
+}
+
+bool isTerminal(int descriptor) {
+  return isatty(descriptor) == 1;
+}
+
+bool wantsLiveDisplay(const Options& options) {
+  if (options.json || options.once || !isTerminal(STDOUT_FILENO)) {
+    return false;
+  }
+  const std::string fault = terminalTypeFault();
+  if (!fault.empty()) {
+    report(kProgram, fault + ", showing plain lines");
+  }
+  return fault.empty();
+}
+
+Signals takeSignals(bool live) {
+  return live ? Signals{SIGINT, SIGTERM, SIGHUP, SIGWINCH, SIGTSTP, SIGCONT}
+              : Signals{SIGINT, SIGTERM, SIGHUP};
+}
+
+LayoutSize summarySize() {
+  winsize window{};
+  const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &window) == 0 && window.ws_col > 0;
+  return {known ? window.ws_col : kSummarySize.columns, kSummarySize.rows};
+}
+
+std::optional<Bundle> openHostBundle(const Locale& locale) {
+  std::vector<Bundle::Problem> problems;
+  auto bundle = Bundle::open(installedPath(VEL_HOST_RESOURCES_DIR), locale, problems);
+  for (const auto& problem : problems) {
+    report(kProgram, problem);
+  }
+  return bundle;
+}
+
+BundleLoader loadModule(const Options& options, const Locale& locale) {
+  return {options.bundle.empty() ? installedPath(VEL_BUNDLE_DIR) : options.bundle, locale};
+}
+
+void show(const Options& options, std::vector<std::string> arguments) {
+  // Before the first thread, which inherits what is blocked.
+  const bool live = wantsLiveDisplay(options);
+  Signals signals = takeSignals(live);
+
+  const Locale locale = Locale::current();
+  const auto hostBundle = openHostBundle(locale);
+  const BundleLoader loader = loadModule(options, locale);
+  for (const auto& problem : loader.problems()) {
+    report(kProgram, problem);
+  }
+
+  LinuxKernel kernel(options.proc, options.sys);
+  SystemClock clock;
+  NotificationCenter notificationCenter;
+  WakeEvent wake;
+  MainQueue mainQueue([&wake] { wake.wake(); });
+  GlobalQueue globalQueue;
+  Platform platform{kernel, clock, notificationCenter, mainQueue, globalQueue, locale,
+                    // Without a bundle of the host's, the module's is the only one there is.
+                    hostBundle ? *hostBundle : loader.bundle(), std::move(arguments)};
+  const PlatformInstallation installation(platform);
+  const auto module = loader.createPrincipal();
+  module->initMainApp();
+
+  const Labels labels(hostBundle ? &*hostBundle : nullptr);
+  const Output output(STDOUT_FILENO, signals.descriptor());
+  const LayoutStyle style{std::string_view(nl_langinfo(CODESET)) == "UTF-8",
+                          live && isTerminal(STDIN_FILENO)};
+  const auto makeDisplay = [&]() -> std::unique_ptr<Display> {
+    if (options.json) {
+      return std::make_unique<JsonLines>(output);
+    }
+    if (options.once) {
+      return std::make_unique<Summary>(output, kernel, labels, locale, summarySize(), style);
+    }
+    if (live) {
+      return std::make_unique<LiveDisplay>(kernel, labels, locale, style);
+    }
+    return std::make_unique<PlainLines>(output);
+  };
+  const auto display = makeDisplay();
+
+  TerminalHost host(options, *module, *display);
+  host.serveSignals(signals, dynamic_cast<LiveDisplay*>(display.get()));
+  host.watchOutput();
+  if (style.keyHints) {
+    host.serveKeyboard();
+  }
+  host.serveQueue(wake, mainQueue);
+  host.run();
+}
+
+int run(int argc, const char* const* argv) {
+  std::setlocale(LC_CTYPE, "");
+  // A reader that has gone is then an error of the write.
+  (void)std::signal(SIGPIPE, SIG_IGN);
+  requireStandardFiles();
+
+  Options options;
+  if (const auto answer = parseOptions(argc, argv, VEL_VERSION, options)) {
+    if (answer->status == 0) {
+      Output(STDOUT_FILENO).write(answer->text);
+    } else {
+      report(kProgram, answer->text);
+    }
+    return answer->status;
+  }
+  show(options, std::vector<std::string>(argv, argv + argc));
+  return 0;
+}
+
+}  // namespace
+}  // namespace vel
+
+int main(int argc, char** argv) {
+  try {
+    return vel::run(argc, argv);
+  } catch (const vel::OutputClosed&) {
+    return 0;
+  } catch (const std::exception& error) {
+    vel::report(vel::kProgram, error.what());
+    return 1;
+  }
+}
