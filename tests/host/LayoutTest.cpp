@@ -1,0 +1,160 @@
+// Where things stand on the display, at sizes from one character to more than anyone has.
+#include "host/terminal/Layout.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <fstream>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "host/terminal/Bar.h"
+#include "host/terminal/PlainLines.h"
+#include "host/terminal/Text.h"
+#include "platform/foundation/StringsTable.h"
+
+namespace vel::test {
+namespace {
+
+/// Wider on the display than it is long.
+const std::wstring kWide = L"ユーザー";
+
+/// The total is 62.5 %; half of the processors have 25 % and half 75 %.
+Readings readingsOf(std::uint32_t processors) {
+  CPUData record;
+  record.set(Reading::userCPU, 0.5F);
+  record.set(Reading::systemCPU, 0.125F);
+  record.set(Reading::niceCPU, 0.0F);
+  record.set(Reading::idleCPU, 0.375F);
+  // With one more that does not run.
+  for (std::uint32_t i = 0; i <= processors; ++i) {
+    record.set(ProcessorReading::userCPUAll, i, i % 2 == 0 ? 0.25F : 0.75F);
+  }
+  Readings readings;
+  readings.read(record, processors);
+  return readings;
+}
+
+/// How often each processor is among the numbers of a gauge, "CPU 3" or "4-7".
+std::vector<int> timesShown(const std::vector<std::wstring>& lines, std::size_t processors) {
+  std::vector<int> times(processors);
+  const std::wregex gauge(LR"(\b(\d+)(-(\d+))? +[\d.]+ %)");
+  for (const std::wstring& line : lines) {
+    for (std::wsregex_iterator match(line.begin(), line.end(), gauge), end; match != end; ++match) {
+      const std::size_t last = std::stoul((*match)[(*match)[3].matched ? 3 : 1]);
+      for (std::size_t processor = std::stoul((*match)[1]); processor <= last; ++processor) {
+        ++times.at(processor);
+      }
+    }
+  }
+  return times;
+}
+
+class LayoutTest : public ::testing::Test {
+ protected:
+  LayoutTest() { std::setlocale(LC_CTYPE, "C.UTF-8"); }
+
+  [[nodiscard]] std::vector<std::wstring> shown(const Readings& readings, LayoutSize size) const {
+    std::vector<std::wstring> texts;
+    for (const Line& line : layOut(readings, labels_, locale_, size, {true, true})) {
+      texts.emplace_back();
+      for (const Span& span : line) {
+        texts.back() += span.text;
+      }
+      EXPECT_LE(widthOf(texts.back()), size.columns);
+    }
+    EXPECT_LE(texts.size(), static_cast<std::size_t>(size.rows));
+    return texts;
+  }
+
+  Labels labels_{nullptr};
+  Locale locale_;
+};
+
+TEST_F(LayoutTest, FitsAnySizeAndShowsEveryProcessorOnce) {
+  labels_.user = labels_.tasks = kWide;
+  for (const std::uint32_t processors : {0U, 1U, 2U, 8U, 64U, 65U, 256U, 1024U}) {
+    for (const int columns : {0, 1, 2, 4, 5, 6, 7, 8, 16, 17, 25, 39, 40, 41, 79, 80, 200}) {
+      for (int rows = 0; rows <= 60; rows += rows < 26 ? 1 : 17) {
+        SCOPED_TRACE(::testing::Message() << processors << " at " << columns << "x" << rows);
+        const auto lines = shown(readingsOf(processors), {columns, rows});
+        if (columns >= 40 && rows >= 12) {
+          EXPECT_EQ(timesShown(lines, processors), std::vector<int>(processors, 1));
+        }
+      }
+    }
+  }
+}
+
+TEST_F(LayoutTest, LeavesOutWhatMattersLeast) {
+  // The first letter of each line.
+  for (const std::wstring letters :
+       {L"T", L"TU", L"TUS", L"TUSI", L"TUSIL", L"TUSI0L", L"TUSNI0L", L"TUSNI0Lq", L"TUSNI 0Lq",
+        L"TUSNI 0 Lq", L"TUSNI 0 L q", L"TUSNI CC L q"}) {
+    std::wstring found;
+    for (const std::wstring& line : shown(readingsOf(2), {80, static_cast<int>(letters.size())})) {
+      found += line.empty() ? L' ' : line[line.find_first_not_of(L' ')];
+    }
+    EXPECT_EQ(found, letters);
+  }
+  EXPECT_EQ(shown(readingsOf(2), {4, 1})[0], L"██▌·");
+  EXPECT_EQ(shown(readingsOf(2), {6, 1})[0], L" 62 %");
+  EXPECT_EQ(shown(readingsOf(2), {14, 1})[0], L" 62.5 %");
+  EXPECT_EQ(shown(readingsOf(2), {20, 1})[0], L"Total    62.5 %");
+  // Processors that are too many share gauges, which show their mean.
+  EXPECT_EQ(shown(readingsOf(33), {40, 12})[7], L"  8-15  50 % ███···     32  25 % █▌····");
+}
+
+TEST_F(LayoutTest, ALoadAbove70PercentIsBusy) {
+  for (const float share : {0.7F, 0.71F}) {
+    const Readings readings{share, 0.0F, 0.0F, 0.9F, {}, {}, {}, {}, {}};
+    const auto lines = layOut(readings, labels_, locale_, {20, 4}, {});
+    EXPECT_EQ(lines[0].back().tone == Tone::busy, share > 0.7F);
+    EXPECT_NE(lines[3].back().tone, Tone::busy) << "idle";
+  }
+}
+
+TEST_F(LayoutTest, PlainLine) {
+  EXPECT_EQ(plainLine(readingsOf(2)),
+            "cpu  62.5 %  user  50.0 %  system  12.5 %  nice   0.0 %  idle  37.5 %  "
+            "load     -     -     -  tasks     -  threads     -  up -\n");
+}
+
+TEST_F(LayoutTest, EveryLanguageHasEveryTextAndStaysAligned) {
+  const auto textsOf = [](const std::string& language) {
+    std::ifstream file(VEL_HOST_RESOURCES "/" + language + ".lproj/Localizable.strings");
+    return parseStrings(std::string(std::istreambuf_iterator<char>(file), {})).entries;
+  };
+  for (const std::string language : {"en", "de", "fr", "es"}) {
+    SCOPED_TRACE(language);
+    for (const auto& [key, english] : textsOf("en")) {
+      EXPECT_TRUE(textsOf(language).contains(key)) << key;
+    }
+    locale_ = Locale(",", {language});
+    std::vector<Bundle::Problem> problems;
+    const auto bundle = Bundle::open(VEL_HOST_RESOURCES, locale_, problems);
+    labels_ = Labels(&*bundle);
+    labels_.nice = kWide;
+    const auto lines = shown(readingsOf(2), {80, 24});
+    for (const std::size_t row : {1U, 2U, 3U, 4U, 6U, 7U}) {
+      EXPECT_EQ(widthOf(lines[row].substr(0, lines[row].find(L'%'))),
+                widthOf(lines[0].substr(0, lines[0].find(L'%'))));
+    }
+  }
+}
+
+TEST_F(LayoutTest, BarsAreExactToAnEighthOfAColumn) {
+  EXPECT_EQ(Bar(0.46875F, 4, true).filled, L"█▉");
+  EXPECT_EQ(Bar(0.46875F, 4, false).filled, L"##");
+  EXPECT_EQ(Bar(9.0F, 4, false).track, L"");
+}
+
+TEST_F(LayoutTest, TextIsDecodedToWhatTheTerminalCanShow) {
+  // Sound, control characters, too long a form, a surrogate, cut short, no lead, beyond Unicode.
+  EXPECT_EQ(decode("è日😀 a\x1b[0m\n\xc2\x9b \xc0\xaf \xed\xa0\x80 \xe2\x82 \xff \xf4\x90\x80\x80"),
+            L"è日😀 a?[0m?? ?? ? ?? ? ?");
+}
+
+}  // namespace
+}  // namespace vel::test

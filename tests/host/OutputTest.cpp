@@ -1,0 +1,61 @@
+// JSON that is well formed whatever a process is called, the key to quit, and readers that stall.
+#include "host/terminal/Output.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <array>
+#include <limits>
+#include <map>
+#include <string>
+
+#include "host/WakeEvent.h"
+#include "host/terminal/JsonLines.h"
+#include "host/terminal/Keyboard.h"
+
+namespace vel::test {
+namespace {
+
+TEST(JsonLines, AreAsciiAndExactWhateverTheRecordHolds) {
+  CPUData record;
+  record.set(Reading::userCPU, 0.1F);
+  record.set(Reading::systemCPU, std::numeric_limits<float>::quiet_NaN());
+  record.set(Reading::niceCPU, 1e-30F);
+  record.set(ProcessorReading::userCPUAll, 12, 0.3F);
+  record.setUpTime({13, -2, 0, 59});
+  record.setTopMemProcess({{"\"\\\n\x1b]0;\x7f\xc2\x9b", "1", "-"}, {"\xff\xc3(日", "2", "1.5"}});
+  record.setProcessesForNotification({"7", "8"});
+  std::string text = "old";
+  writeJson(record, text);
+  EXPECT_EQ(text, R"({"userCPU":0.1,"systemCPU":null,"niceCPU":1e-30,"userCPUAll12":0.3,)"
+                  R"("upTime":{"month":13,"day":-2,"hour":0,"minute":59},"topMemProcess":[)"
+                  R"({"name":"\"\\\n\u001b]0;\u007f\u009b","pid":"1","avg cpu time":"-"},)"
+                  R"({"name":"\ufffd\ufffd(\u65e5","pid":"2","avg cpu time":"1.5"}],)"
+                  R"("processesForNotification":["7","8"]})");
+}
+
+TEST(Keyboard, LettersInAFunctionKeyAreNotTyped) {
+  const std::map<std::string, bool> cases = {
+      {"x\x1b[1;5CQ", true}, {"\x1bOQq", true}, {"\x1bxq", true}, {"\x1bOQ", false},
+      {"\x1bq", false},      {"\x1b[q", false}, {"\x1b[1", false}};
+  for (const auto& [keys, quit] : cases) {
+    EXPECT_EQ(asksToQuit(keys), quit) << keys;
+  }
+}
+
+TEST(Output, AStalledReaderDoesNotKeepASignalWaiting) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
+  WakeEvent signal;
+  signal.wake();
+  // Many times what a pipe holds; without the interruption this would block for ever.
+  Output(ends[1], signal.descriptor()).write(std::string(1U << 20U, 'x'));
+  char first = '\0';
+  EXPECT_EQ(read(ends[0], &first, 1), 1);
+  close(ends[0]);
+  close(ends[1]);
+}
+
+}  // namespace
+}  // namespace vel::test

@@ -1,0 +1,35 @@
+# What the end-to-end tests of velbar-tty share. To be sourced with the program and the scripted module as $1 and $2.
+set -euo pipefail
+export LC_ALL=C.UTF-8
+
+program=$1
+module=$2
+scratch=$(mktemp -d)
+# What is ending may still write a file while the directory is removed.
+trap 'cleanUp; rm -rf "$scratch" 2>/dev/null || rm -rf "$scratch"' EXIT
+cleanUp() { :; }
+
+fail() {
+  printf '%s\n' "$@"
+  exit 1
+}
+
+# expect WHAT PATTERN TEXT: the whole text matches the extended regular expression.
+expect() {
+  [[ $3 =~ ^($2)$ ]] || fail "$1" "expected: $2" "found:    $3"
+}
+
+# bundle NAME INFO...: a bundle with the scripted module and further entries of Info.strings.
+bundle() {
+  mkdir -p "$scratch/$1"
+  ln -sf "$module" "$scratch/$1/module.so"
+  printf '%s\n' '"identifier" = "test"; "library" = "module.so";' "${@:2}" >"$scratch/$1/Info.strings"
+}
+bundle sound '"contract" = "1"; "processors" = "8"; "share" = "50";'
+
+# A machine on which as many processors run as the scripted module has.
+mkdir -p "$scratch/machine/proc" "$scratch/machine/sys/devices/system/cpu"
+for list in present online; do
+  echo 0-7 >"$scratch/machine/sys/devices/system/cpu/$list"
+done
+sound=(--bundle "$scratch/sound" --proc "$scratch/machine/proc" --sys "$scratch/machine/sys")

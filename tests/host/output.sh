@@ -1,0 +1,78 @@
+#!/usr/bin/env bash
+# What velbar-tty writes where there is no terminal, and how it ends.
+#   output.sh PROGRAM SCRIPTED-MODULE
+source "$(dirname "$0")/common.sh"
+
+run() { timeout 20 "$program" "$@"; }
+
+share='[ 0-9]{3}\.[0-9] %  '
+line="cpu ${share}user ${share}system ${share}nice ${share}idle ${share}load( [ 0-9]{2}\.[0-9]{2}){3}"
+line+="  tasks +[0-9]+  threads +[0-9]+  up [0-9a-z: ]+"
+
+# The installed bundle and the machine itself.
+mapfile -t lines < <(run --count 3 --interval 0.1)
+expect "number of plain lines" 3 ${#lines[@]}
+for text in "${lines[@]}"; do
+  expect "plain line" "$line" "$text"
+done
+
+# Without its own texts the program says so and goes on.
+mkdir "$scratch/bin"
+cp "$program" "$scratch/bin"
+ln -s "$(dirname "$(dirname "$program")")"/lib* "$scratch"
+status=0
+text=$("$scratch/bin/${program##*/}" "${sound[@]}" --once --interval 0.1 2>"$scratch/errors") || status=$?
+expect "status without texts" 0 $status
+expect "warning without texts" "velbar-tty: $scratch/share/velbar/Info.strings: .*" "$(<"$scratch/errors")"
+[[ $text == *Total*50.0\ %* && $text == *'Tasks 2 '* && $text != *$'\e'* && $text != *quit* ]] || fail "$text"
+
+# In the words and the characters of the locale.
+# glibc never frees the list of directories that it makes of LOCPATH.
+echo leak:argz_add_sep >"$scratch/suppressions"
+export LSAN_OPTIONS=suppressions=$scratch/suppressions:print_suppressions=0
+localedef -i de_DE -f UTF-8 "$scratch/de_DE.UTF-8"
+text=$(LOCPATH=$scratch LC_ALL=de_DE.UTF-8 run "${sound[@]}" --once --interval 0.1)
+[[ $text == *'Gesamt     50,0 %  ███'*'Laufzeit 3 T 04:05'* ]] || fail "$text"
+text=$(LC_ALL=C run "${sound[@]}" --once --interval 0.1)
+[[ $text == *'Total    50.0 %  ###'* && $text != *[^[:ascii:]]* ]] || fail "$text"
+
+# JSON, one object a refresh, in ASCII and without control characters whatever processes are called.
+mapfile -t lines < <(run "${sound[@]}" --json --count 2 --interval 0.1)
+expect "number of JSON lines" 2 ${#lines[@]}
+for i in 0 1; do
+  expect "JSON" "\{\"userCPU\":0\.5,.*\"tasksCount\":$((i + 1)),\"threadsCount\":null,.*\}" "${lines[i]}"
+done
+[[ ${lines[0]} == *'"name":"\u001b[31m\ufffd\n\""'* ]] || fail "${lines[0]}"
+expect "number of objects with --once" 1 "$(run "${sound[@]}" --json --once --interval 0.1 | wc -l)"
+
+# A reader that goes away ends the program at once, long before the next refresh.
+run "${sound[@]}" --interval 3600 | head -n 1 >"$scratch/first"
+expect "statuses of the pipe" '0 0' "${PIPESTATUS[*]}"
+
+# A full disk, and no output at all.
+for sink in '>/dev/full' '>&-'; do
+  for arguments in '--json' '' '--version' '--help'; do
+    status=0
+    text=$(eval "run \"\${sound[@]}\" $arguments 2>&1 $sink") || status=$?
+    expect "status of $arguments $sink" 1 $status
+    expect "message of $arguments $sink" 'velbar-tty: standard output: [^:]+' "$text"
+  done
+done
+
+# Asked to end, it ends well; what it was started to ignore stays ignored.
+mkfifo "$scratch/fifo"
+"$program" "${sound[@]}" --interval 0.1 >"$scratch/fifo" &
+exec 3<"$scratch/fifo"
+read -r -u 3
+kill -TERM $!
+status=0
+wait $! || status=$?
+expect "status after SIGTERM" 0 $status
+exec 3<&-
+(trap '' HUP; exec "$program" "${sound[@]}" --interval 0.1 >"$scratch/fifo") &
+exec 3<"$scratch/fifo"
+read -r -u 3
+kill -HUP $!
+for _ in 1 2 3; do read -r -u 3 || fail "SIGHUP was not ignored"; done
+exec 3<&-
+wait $! || fail "status of a program whose reader has gone"

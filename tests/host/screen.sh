@@ -1,0 +1,183 @@
+#!/usr/bin/env bash
+# The live display in a real terminal: what it shows, and that it leaves the terminal as it was.
+#   screen.sh PROGRAM SCRIPTED-MODULE
+source "$(dirname "$0")/common.sh"
+
+# A server, and with it a socket, of its own.
+export TMUX_TMPDIR=$scratch
+unset TMUX
+terminal() { tmux -f /dev/null "$@"; }
+cleanUp() {
+  finish
+  terminal kill-server 2>/dev/null || :
+}
+
+# The shell in the terminal: it notes the terminal's state before and after the program, and stays.
+cat >"$scratch/shell" <<'SHELL'
+#!/usr/bin/env bash
+# shell HANGUP PROGRAM ARGUMENT...: HANGUP is what to do at the terminal's end.
+trap "$1" HUP
+read -r <start || exit
+printf 'before\n'
+stty -g >stty.before
+set -m
+"${@:2}"
+status=$?
+stty -g >stty.after
+echo $status >status
+read -r <start || exit
+fg >/dev/null
+status=$?
+stty -g >stty.after
+echo $status >status
+read -r <start || exit
+SHELL
+
+# open WxH HANGUP PROGRAM...: starts a program in a terminal of its own, with a directory and pipes of its own.
+# Descriptor 3 is what it writes on the terminal.
+number=0
+open() {
+  number=$((number + 1))
+  place=$scratch/$number
+  mkdir "$place"
+  mkfifo "$place/start" "$place/output" "$place/status"
+  exec 3<>"$place/output" 4<>"$place/status"
+  terminal new-session -d -x "${1%x*}" -y "${1#*x}" -s test -c "$place" \
+    "TERM=tmux-256color exec bash '$scratch/shell' '$2' ${*:3}"
+  shell=$(terminal display-message -p -t test '#{pane_pid}')
+  terminal set-option -g status off
+  terminal pipe-pane -o -t test "exec cat >'$place/output'"
+  echo >"$place/start"
+}
+
+# The shell outlives its terminal, to tell the program's status.
+shell=
+finish() {
+  terminal kill-session -t test 2>/dev/null || :
+  [[ -z $shell ]] || kill -KILL "$shell" 2>/dev/null || :
+}
+
+# await TEXT: until the program has written it.
+await() {
+  local character written=
+  while [[ $written != *"$1" ]]; do
+    IFS= read -r -N 1 -t 10 character <&3 || fail "the display never showed $1" "$written"
+    written+=$character
+  done
+}
+
+screen() { terminal capture-pane -p -t test; }
+state() { terminal display-message -p -t test '#{alternate_on} #{cursor_flag} #{cursor_x} #{cursor_y}'; }
+
+# The program's process: the only child of the shell. Other processes end while they are looked at.
+processId() {
+  { cat /proc/[0-9]*/stat 2>/dev/null || :; } | sed -n "s/^\([0-9]*\) (velbar-tty) . $shell .*/\1/p"
+}
+
+# left STATUS: the program has ended with it and the terminal is as it was.
+left() {
+  local status
+  read -r -t 10 -u 4 status || fail "$case: the program did not end"
+  expect "$case: status" "$1" "$status"
+  expect "$case: terminal settings" "$(<"$place/stty.before")" "$(<"$place/stty.after")"
+}
+leftScreen() {
+  expect "$case: screen" $'before\n*' "$(screen)"
+  expect "$case: alternate screen, cursor and its place" '0 1 0 1' "$(state)"
+}
+
+still=("$program" "${sound[@]}" --interval 3600)
+
+case='sizes'
+open 80x24 : "${still[@]}"
+await quit
+mapfile -t lines < <(screen)
+expect "$case: lines" 24 ${#lines[@]}
+expect "$case: total" ' Total    50\.0 %  █{30}▌·{30}' "${lines[0]}"
+expect "$case: last processor" ' CPU 7    50\.0 %  █{30}▌·{30}' "${lines[13]}"
+expect "$case: figures" ' Load - - -    Tasks 1    Threads -    Up 3d 04:05' "${lines[15]}"
+expect "$case: keys" ' q quit' "${lines[23]}"
+expect "$case: state" '1 0 .*' "$(state)"
+terminal resize-window -t test -x 40 -y 12
+await quit
+mapfile -t lines < <(screen)
+expect "$case: two columns of processors" ' 0  50 % █{5}·{5}  4  50 % █{5}·{5}' "${lines[5]}"
+expect "$case: keys" ' q quit' "${lines[11]}"
+terminal resize-window -t test -x 2 -y 2
+terminal resize-window -t test -x 100 -y 30
+await quit
+expect "$case: after the smallest" ' Total    50\.0 %  █+▌·+' "$(screen | head -n 1)"
+terminal resize-window -t test -x 80 -y 24
+await quit
+
+case='key q'
+terminal send-keys -t test Up q
+left 0
+leftScreen
+finish
+
+case='Ctrl-C'
+open 80x24 : "${still[@]}"
+await quit
+terminal send-keys -t test C-c
+left 0
+leftScreen
+finish
+
+case='SIGTERM while Ctrl-S holds the output'
+open 80x24 : "$program" "${sound[@]}" --interval 0.1
+await quit
+terminal send-keys -t test C-s
+process=$(processId)
+# It goes on refreshing meanwhile, rather than wait for the terminal.
+wakes() { sed -n 's/^voluntary_ctxt_switches:\t//p' "/proc/$process/status"; }
+enough=$(($(wakes) + 4))
+SECONDS=0
+until (($(wakes) >= enough)); do ((SECONDS < 10)) || fail "$case: it waits"; done
+kill -TERM "$process"
+left 0
+leftScreen
+finish
+
+case='Ctrl-Z'
+open 80x24 : "${still[@]}"
+await quit
+terminal send-keys -t test C-z
+left 148
+# Shells put a stopped program's prompt where its screen was left.
+expect "$case: alternate screen and cursor" '0 1 .*' "$(state)"
+echo >"$place/start"
+await quit
+expect "$case: display after fg" ' Total    50\.0 %  █+▌·+' "$(screen | head -n 1)"
+terminal send-keys -t test q
+left 0
+finish
+
+case='closed terminal'
+open 80x24 : "${still[@]}"
+await quit
+terminal kill-pane -t test
+read -r -t 10 -u 4 status || fail "$case: the program did not end"
+expect "$case: status" 0 "$status"
+finish
+
+case='closed terminal, SIGHUP ignored'
+open 80x24 '' "${still[@]}"
+await quit
+terminal kill-pane -t test
+read -r -t 10 -u 4 status || fail "$case: the program did not end"
+expect "$case: status" 0 "$status"
+finish
+
+case='without colour'
+open 80x24 : env NO_COLOR=1 "${still[@]}"
+await quit
+[[ $(terminal capture-pane -p -e -t test) != *$'\e[3'[0-8]* ]] || fail "$case: there are colours"
+finish
+
+case='unknown terminal'
+open 80x24 : env TERM=nonesuch "$program" "${sound[@]}" --count 1
+await 04:05
+left 0
+expect "$case: lines" $'before\nvelbar-tty: the terminal type "nonesuch" is unknown, showing plain lines\ncpu .*' "$(screen)"
+finish

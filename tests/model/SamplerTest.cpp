@@ -1,0 +1,266 @@
+// Tick counters in, shares out.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "model/VELModuleModel.h"
+#include "support/ScriptedPlatform.h"
+
+namespace vel::test {
+namespace {
+
+using Processor = ScriptedKernel::Processor;
+using R = ProcessorReading;
+using Shares = std::vector<float>;
+
+constexpr auto kMax = std::numeric_limits<std::int32_t>::max();
+constexpr auto kMin = std::numeric_limits<std::int32_t>::min();
+constexpr float kAbsent = -1.F;
+
+class Sampler : public testing::Test {
+ protected:
+  void machineOf(std::uint32_t logical, std::uint32_t physical) {
+    kernel.count = logical;
+    kernel.logical = logical;
+    kernel.physical = physical;
+    kernel.processors.assign(logical, {});
+  }
+
+  /// Lets the processors gain so many ticks.
+  void run(const std::vector<Processor>& gains) {
+    for (std::size_t i = 0; i < gains.size(); ++i) {
+      auto& processor = kernel.processors.at(i);
+      processor.user += gains[i].user;
+      processor.system += gains[i].system;
+      processor.idle += gains[i].idle;
+      processor.nice += gains[i].nice;
+    }
+  }
+
+  static Shares shares(const VELModuleModel& model, R reading, std::uint32_t count) {
+    Shares values;
+    for (std::uint32_t i = 0; i < count; ++i) {
+      values.push_back(model.record().find(reading, i).value_or(kAbsent));
+    }
+    return values;
+  }
+
+  /// User, system, idle and nice share; `user` names the kind.
+  static Shares processorShares(const VELModuleModel& model, R user, std::uint32_t index) {
+    Shares values;
+    for (int state = 0; state < 4; ++state) {
+      values.push_back(
+          model.record().number(static_cast<R>(static_cast<int>(user) + state), index));
+    }
+    return values;
+  }
+
+  static Shares total(const VELModuleModel& model) {
+    const auto& data = model.record();
+    return {data.number(Reading::userCPU), data.number(Reading::systemCPU),
+            data.number(Reading::idleCPU), data.number(Reading::niceCPU)};
+  }
+
+  ScriptedPlatform machine;
+  ScriptedKernel& kernel = machine.kernel;
+};
+
+TEST_F(Sampler, TheFirstSampleCoversTheTimeSinceBoot) {
+  machineOf(2, 2);
+  // Past the sign of a 32-bit integer the counter is still a count.
+  kernel.processors = {{.user = kMin}, {.idle = kMin}};
+  VELModuleModel model;
+  EXPECT_FALSE(model.record().find(Reading::userCPU));
+  model.updateModel();
+  EXPECT_EQ(total(model), (Shares{0.5F, 0, 0.5F, 0}));
+}
+
+TEST_F(Sampler, SharesOfEachStatePerProcessorCoreAndMachine) {
+  machineOf(8, 4);
+  VELModuleModel model;
+  model.updateModel();
+  run({{.user = 10, .system = 20, .idle = 60, .nice = 10},
+       {.idle = 300},  // three times the ticks: a core pools ticks, it is no mean of shares
+       {.user = 100},
+       {.user = 100},
+       {},  // a processor without ticks has no share at all, idle included
+       {.idle = 100},
+       {.idle = 100},
+       {.system = 100}});
+  model.updateModel();
+  EXPECT_EQ(processorShares(model, R::userCPUAll, 0), (Shares{0.1F, 0.2F, 0.6F, 0.1F}));
+  EXPECT_EQ(processorShares(model, R::userCPUAll, 4), (Shares{0, 0, 0, 0}));
+  EXPECT_EQ(shares(model, R::userCPUAll, 9), (Shares{0.1F, 0, 1, 1, 0, 0, 0, 0, kAbsent}));
+  EXPECT_EQ(processorShares(model, R::userCPUPhy, 0), (Shares{0.025F, 0.05F, 0.9F, 0.025F}));
+  EXPECT_EQ(shares(model, R::idleCPUPhy, 9), (Shares{0.9F, 0, 1, 0.5F, 0, 0, 0, 0, kAbsent}));
+  EXPECT_EQ(total(model), (Shares{210.F / 900, 120.F / 900, 560.F / 900, 10.F / 900}));
+  run(std::vector<Processor>(8, {.idle = 7}));
+  model.updateModel();
+  EXPECT_EQ(total(model), (Shares{0, 0, 1, 0}));
+}
+
+TEST_F(Sampler, OfflineProcessorsTakeNoIndexAndShiftTheGrouping) {
+  machineOf(8, 8);
+  VELModuleModel model;
+  model.updateModel();
+  kernel.processors[3].running = false;
+  const std::vector<Processor> gains = {{.user = 1},   {.user = 1}, {.user = 1}, {.nice = 77},
+                                        {.system = 1}, {.idle = 1}, {.idle = 1}, {.nice = 1}};
+  run(gains);
+  model.updateModel();
+  EXPECT_EQ(shares(model, R::systemCPUAll, 8), (Shares{0, 0, 0, 1, 0, 0, 0, 0}));
+  EXPECT_EQ(shares(model, R::niceCPUAll, 8), (Shares{0, 0, 0, 0, 0, 0, 1, 0}));
+  EXPECT_EQ(total(model), (Shares{3.F / 7, 1.F / 7, 2.F / 7, 1.F / 7}));
+
+  kernel.physical = 4;  // in groups of two, the seventh of the running ones is half a core
+  model.cpuCoresInformation();
+  run(gains);
+  model.updateModel();
+  EXPECT_EQ(shares(model, R::userCPUPhy, 5), (Shares{1, 0.5F, 0, 0, 0}));
+  EXPECT_EQ(shares(model, R::idleCPUPhy, 5), (Shares{0, 0, 1, 0, 0}));
+  EXPECT_EQ(shares(model, R::niceCPUPhy, 5), (Shares{0, 0, 0, 0, 0}));
+}
+
+TEST_F(Sampler, AFailedOrSkippedReadingIsCoveredByTheNext) {
+  machineOf(1, 1);
+  VELModuleModel model;
+  model.updateModel();
+  run({{.user = 30, .idle = 70}});
+  model.updateModel();
+  const auto expectUser = [&](float machineWide, float processor) {
+    EXPECT_FLOAT_EQ(total(model)[0], machineWide);
+    EXPECT_FLOAT_EQ(shares(model, R::userCPUAll, 1)[0], processor);
+    EXPECT_FLOAT_EQ(shares(model, R::userCPUPhy, 1)[0], processor);
+  };
+  run({{.user = 100}});
+  kernel.ticksReadable = false;
+  model.updateModel();
+  expectUser(0.3F, 0.3F);
+
+  kernel.ticksReadable = true;
+  kernel.logical = 2;  // the count changed: this sample is left out as well
+  model.updateModel();
+  expectUser(0.3F, 0.3F);
+
+  run({{.idle = 300}});
+  model.updateModel();
+  expectUser(0.25F, 0.25F);  // 100 of 400 since the second sample
+
+  model.updateModel();  // no tick has passed
+  expectUser(0.25F, 0);
+  EXPECT_EQ(shares(model, R::idleCPUAll, 1)[0], 0);
+
+  run({{.user = 10}});
+  model.updateModel();
+  expectUser(1, 1);
+  run({{.idle = 10}});
+  kernel.statesReadable = false;  // no processor is counted, but the sample is kept
+  model.updateModel();
+  expectUser(1, 0);
+  kernel.statesReadable = true;
+  run({{.user = 5, .idle = 5}});
+  model.updateModel();
+  expectUser(0.5F, 0.5F);
+}
+
+TEST_F(Sampler, CountersThatStepBackOrWrapGiveNoHugeDifference) {
+  struct Case {
+    const char* what;
+    std::int32_t idleBefore;
+    std::int32_t idleAfter;
+    float idleShare;  // beside 100 ticks of user time
+  };
+  const Case cases[] = {
+      {"a tick back", 5000, 4999, 0},
+      {"to nothing, as after going offline", 1'000'000, 0, 0},
+      {"over the sign", kMax - 49, kMin + 50, 0.5F},
+      {"over 32 bits", -50, 50, 0.5F},
+      {"back over 32 bits", 2, -3, 0},
+  };
+  machineOf(1, 1);
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    kernel.processors = {{.idle = c.idleBefore}};
+    VELModuleModel model;
+    model.updateModel();
+    kernel.processors = {{.user = 100, .idle = c.idleAfter}};
+    model.updateModel();
+    EXPECT_EQ(total(model), (Shares{1 - c.idleShare, 0, c.idleShare, 0}));
+    EXPECT_EQ(shares(model, R::idleCPUAll, 1), (Shares{c.idleShare}));
+  }
+}
+
+TEST_F(Sampler, CountersAreComparedWithTheirOwnProcessorsWhenTheOrderChanges) {
+  machineOf(3, 3);
+  kernel.identities = {0, 2, TickSample::kNoProcessor};
+  kernel.processors = {{.user = 1000}, {.system = 2000}, {.running = false}};
+  VELModuleModel model;
+  model.updateModel();
+  // Processor 1 takes its place between the others; there is nothing to compare it with yet.
+  kernel.identities = {0, 1, 2};
+  kernel.processors = {{.user = 1010}, {.nice = 777}, {.system = 2010}};
+  model.updateModel();
+  EXPECT_EQ(shares(model, R::userCPUAll, 3), (Shares{1, 0, 0}));
+  EXPECT_EQ(shares(model, R::niceCPUAll, 3), (Shares{0, 0, 0}));
+  EXPECT_EQ(shares(model, R::systemCPUAll, 3), (Shares{0, 0, 1}));
+  run({{.user = 5}, {.nice = 5}, {.system = 5}});
+  model.updateModel();
+  EXPECT_EQ(shares(model, R::niceCPUAll, 3), (Shares{0, 1, 0}));
+}
+
+TEST_F(Sampler, NothingIsReadPastTheEndOfAnArray) {
+  machineOf(2, 2);
+  kernel.count = 64;
+  VELModuleModel model;
+  model.updateModel();
+  run({{.user = 1}, {.idle = 1}});
+  model.updateModel();
+  EXPECT_FLOAT_EQ(total(model)[0], 0.5F);
+  kernel.processors.assign(64, {.user = 9});  // more than the sample before covers
+  model.updateModel();
+  EXPECT_FLOAT_EQ(total(model)[0], 1.0F);
+
+  TickSample cut{.counters = std::vector<std::int32_t>(6, 100), .processors = {0, 1, 2}};
+  cut.counters.shrink_to_fit();
+  EXPECT_EQ(ticksSinceBoot(cut, 0).total(), 400);
+  for (const std::size_t index : {1U, 2U, 3U}) {
+    EXPECT_EQ(ticksSinceBoot(cut, index).total(), 0);
+    EXPECT_EQ(ticksBetween(cut, cut, index).total(), 0);
+  }
+}
+
+TEST_F(Sampler, SharesAddUpToOneAndStayInRange) {
+  machineOf(256, 128);
+  std::minstd_rand random;
+  const auto next = [&](std::int32_t bound) {
+    return std::uniform_int_distribution(0, bound - 1)(random);
+  };
+  for (auto& processor : kernel.processors) {
+    processor = {next(2'000'000'000), next(20'000'000), next(2'000'000'000), next(1'000'000)};
+  }
+  VELModuleModel model;
+  for (int sample = 0; sample < 5; ++sample) {
+    model.updateModel();
+    std::vector<Shares> all = {total(model)};
+    for (std::uint32_t i = 0; i < 256; ++i) {
+      all.push_back(processorShares(model, R::userCPUAll, i));
+      all.push_back(processorShares(model, R::userCPUPhy, i / 2));
+    }
+    for (const auto& s : all) {
+      EXPECT_NEAR(s[0] + s[1] + s[2] + s[3], 1, 1e-5F);
+      EXPECT_TRUE(std::ranges::min(s) >= 0 && std::ranges::max(s) <= 1);
+    }
+    for (auto& processor : kernel.processors) {
+      processor.user += next(200);
+      processor.system += 1 + next(200);
+      processor.idle += next(200) - 3;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vel::test

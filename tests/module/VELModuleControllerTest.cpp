@@ -1,0 +1,314 @@
+// The principal object: the order of its work with the model and the views, and the refresh cycle.
+#include "module/VELModuleController.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/host/Broadcasts.h"
+#include "support/ScriptedPlatform.h"
+
+namespace vel::test {
+namespace {
+
+using Log = std::vector<std::string>;
+
+struct ScriptedView : View {
+  explicit ScriptedView(std::string viewName, Log& viewLog)
+      : name(std::move(viewName)), log(viewLog) {}
+  [[nodiscard]] bool isWindowVisible() const override {
+    log.push_back(name + " window?");
+    return visible;
+  }
+  std::string name;
+  Log& log;
+  bool visible = false;
+};
+
+struct ScriptedAlert : AlertSettingsView {
+  [[nodiscard]] bool isWindowVisible() const override { return false; }
+  [[nodiscard]] bool isActivated() const override { return on; }
+  [[nodiscard]] float currentThresholdValue() const override { return 30.0F; }
+  bool on = false;
+};
+
+class ScriptedMain : public MainViewController {
+ public:
+  explicit ScriptedMain(Log& mainLog) : log(mainLog) {}
+
+  void setBundleIdentifier(const std::string& identifier) override { log.push_back(identifier); }
+  void loadView() override { log.emplace_back("loadView, record " + bound()); }
+  void updateBasicCpuCoresInformation(const CpuCoresInformation& information) override {
+    log.push_back(std::to_string(information.logicalcpu) + " on " +
+                  std::to_string(information.physicalcpu) + ", record " + bound());
+  }
+  void setVelPreferencesDefault(PreferencesStore* newStore) override { store = newStore; }
+  void updateViews() override { log.emplace_back("updateViews"); }
+  Property<const CPUData*>& cpuData() override { return record; }
+  [[nodiscard]] View* statusbarview() const override { return &bar; }
+  [[nodiscard]] View* statusbarcompactview() const override { return &compact; }
+  [[nodiscard]] View* statusbarExpandedview() const override { return &expanded; }
+  [[nodiscard]] View* preferencesview() const override { return &preferences; }
+  [[nodiscard]] AlertSettingsView* preferenceNotificationview() const override { return &alert; }
+
+  [[nodiscard]] std::string bound() const { return record.get() == nullptr ? "none" : "held"; }
+
+  Log& log;
+  Property<const CPUData*> record;
+  PreferencesStore* store = nullptr;
+  mutable ScriptedView bar{"bar", log};
+  mutable ScriptedView compact{"compact", log};
+  mutable ScriptedView expanded{"expanded", log};
+  mutable ScriptedView preferences{"preferences", log};
+  mutable ScriptedAlert alert;
+};
+
+class ScriptedWidget : public WidgetViewController {
+ public:
+  explicit ScriptedWidget(Log& widgetLog) : log(widgetLog) {}
+  void setBundleIdentifier(const std::string& identifier) override { log.push_back(identifier); }
+  void loadView() override { log.emplace_back("loadView"); }
+  [[nodiscard]] View* view() const override { return &root; }
+  void updateViews() override { log.emplace_back("updateViews"); }
+
+  Log& log;
+  mutable ScriptedView root{"root", log};
+};
+
+class LoggedProcesses : public VELCPUProcessesInfo {
+ public:
+  explicit LoggedProcesses(Log& processLog) : log(processLog) {}
+  void getAllProcessInfos() override { log.emplace_back("table"); }
+  std::optional<std::vector<ProcessEntry>> getTop5CPUProccessesAvgSinceProcessStart() override {
+    log.emplace_back("top");
+    return std::nullopt;
+  }
+  std::optional<std::vector<std::string>> getCPUProccessesForNotification() override {
+    log.push_back("alert list at " + std::to_string(static_cast<int>(notificationThreshold())));
+    return std::nullopt;
+  }
+  Log& log;
+};
+
+struct Store : PreferencesStore {
+  [[nodiscard]] std::optional<std::int64_t> objectForKey(std::string_view /*key*/,
+                                                         std::string_view /*id*/) const override {
+    return std::nullopt;
+  }
+  void setObject(std::int64_t /*value*/, std::string_view /*key*/,
+                 std::string_view /*id*/) override {}
+};
+
+class Controller : public testing::Test {
+ protected:
+  /// A factory of view controllers that remembers what it created.
+  template <typename Scripted>
+  auto creating(Scripted*& created) {
+    return [this, &created](const std::string& nib, const Bundle& bundle) {
+      EXPECT_EQ(&bundle, &machine.bundle);
+      log.push_back(nib);
+      auto owned = std::make_unique<Scripted>(log);
+      created = owned.get();
+      return owned;
+    };
+  }
+
+  Controller() {
+    machine.kernel.count = 2;
+    machine.kernel.logical = 2;
+    machine.kernel.physical = 1;
+    machine.kernel.processors.assign(2, {});
+    controller = controllerWith({.main = creating(views), .widget = creating(widget)});
+  }
+
+  std::unique_ptr<VELModuleController> controllerWith(ViewControllers viewControllers) {
+    return std::make_unique<VELModuleController>(machine.bundle, std::move(viewControllers),
+                                                 std::make_unique<LoggedProcesses>(log));
+  }
+
+  /// What one sample does, its views' answers included.
+  Log sample() {
+    log.clear();
+    const int before = machine.kernel.tickReadings;
+    controller->updateModel();
+    EXPECT_EQ(machine.kernel.tickReadings, before + 1);
+    controller->setIsProcessing(false);
+    return std::exchange(log, {});
+  }
+
+  ScriptedPlatform machine;
+  Log log;
+  ScriptedMain* views = nullptr;
+  ScriptedWidget* widget = nullptr;
+  std::unique_ptr<VELModuleController> controller;
+};
+
+TEST_F(Controller, EntersTheMainApplicationInOrder) {
+  controller->initMainApp();
+  EXPECT_EQ(log, (Log{"VELViewsController", "org.velbar.cpu", "loadView, record none",
+                      "2 on 1, record none"}));
+  EXPECT_EQ(views->record.get(), &controller->readings());
+  EXPECT_EQ(controller->statusbarView(), &views->bar);
+  EXPECT_EQ(controller->statusbarCombinedView(), &views->compact);
+  EXPECT_EQ(controller->statusbarStandAloneView(), &views->expanded);
+  EXPECT_EQ(controller->preferencesModuleView(), &views->preferences);
+  EXPECT_EQ(controller->preferenceNotificationView(), &views->alert);
+  EXPECT_EQ(controller->notificationCenterView(), nullptr);
+  EXPECT_EQ(controller->moduleName(), "Cpu");
+  EXPECT_EQ(controller->moduleMenuOption(), nullptr);
+}
+
+TEST_F(Controller, HandsAChangedProcessorCountToTheViewsInTheMiddleOfASample) {
+  controller->initMainApp();
+  // A refresh that a listener starts inside another does nothing.
+  machine.notificationCenter.addObserver(
+      this, broadcast::needUpdateCoreInfo,
+      [this](const Notification&) { controller->updateModel(); });
+  machine.kernel.logical = 1;
+  EXPECT_EQ(sample(), (Log{"1 on 1, record held", "expanded window?", "compact window?"}));
+  machine.kernel.processors[0] = {.user = 1};
+  sample();  // one processor is now a core
+  EXPECT_EQ(controller->readings().number(ProcessorReading::userCPUPhy, 0), 1.0F);
+  machine.notificationCenter.removeObserver(this);
+  controller.reset();
+  log.clear();
+  machine.notificationCenter.post(broadcast::needUpdateCoreInfo);
+  EXPECT_EQ(log, Log{});
+}
+
+TEST_F(Controller, ServesTheWidgetWithoutPanelsOrAlert) {
+  controller->initNCApp();
+  EXPECT_EQ(log, (Log{"VELNCViewsController", "org.velbar.cpu", "loadView"}));
+  EXPECT_EQ(controller->notificationCenterView(), &widget->root);
+  EXPECT_EQ(controller->statusbarView(), nullptr);
+  EXPECT_EQ(controller->preferenceNotificationView(), nullptr);
+  machine.kernel.physical = 2;
+  machine.notificationCenter.post(broadcast::needUpdateCoreInfo);  // the topology is read anew
+  machine.kernel.processors = {{.user = 1}, {.idle = 1}};
+  EXPECT_EQ(sample(), Log{});
+  EXPECT_EQ(controller->readings().number(ProcessorReading::idleCPUPhy, 1), 1.0F);
+  controller->updateViews();
+  EXPECT_EQ(log, (Log{"updateViews"}));
+}
+
+TEST_F(Controller, HandsTheStoreOnOnlyToViewsThatExist) {
+  Store early;
+  Store late;
+  controller->setVelPreferencesDefault(&early);
+  EXPECT_EQ(controller->velPreferencesDefault(), &early);
+  controller->initMainApp();
+  EXPECT_EQ(views->store, nullptr);
+  controller->setVelPreferencesDefault(&late);
+  EXPECT_EQ(views->store, &late);
+}
+
+TEST_F(Controller, ASampleWaitsForTheViewsOfTheOneBefore) {
+  controller->initMainApp();
+  machine.kernel.averagesDelivered = 3;
+  controller->updateModel();
+  EXPECT_TRUE(controller->isProcessing());
+  machine.kernel.averages = {1, 1, 1};
+  controller->updateModel();
+  EXPECT_EQ(machine.kernel.tickReadings, 1);
+  EXPECT_EQ(controller->readings().number(Reading::loadAverage0), 0.0F);
+  log.clear();
+  controller->updateViews();
+  EXPECT_EQ(log, (Log{"updateViews"}));
+  EXPECT_FALSE(controller->isProcessing());
+  controller->updateViews();  // without a sample before it
+  controller->updateModel();
+  EXPECT_EQ(controller->readings().number(Reading::loadAverage0), 1.0F);
+}
+
+TEST_F(Controller, ReadsProcessesOnlyForAPanelOrADueAlert) {
+  controller->initMainApp();
+  struct Case {
+    bool expanded;
+    bool compact;
+    bool alert;
+    bool due;
+    Log work;
+  };
+  const std::string e = "expanded window?";
+  const std::string c = "compact window?";
+  const std::string list = "alert list at 30";
+  const Case cases[] = {
+      {false, false, false, true, {e, c}},
+      {false, false, true, false, {e, c}},
+      {false, false, true, true, {e, c, "table", list}},
+      {true, false, false, true, {e, "table", "top"}},
+      {false, true, false, true, {e, c, "table", "top"}},
+      {true, true, true, false, {e, "table", "top"}},
+      {false, true, true, true, {e, c, "table", "top", list}},
+      {true, false, true, true, {e, "table", "top", list}},
+  };
+  controller->isRefreshTimeOk();
+  for (const auto& row : cases) {
+    SCOPED_TRACE(testing::Message() << row.expanded << row.compact << row.alert << row.due);
+    views->expanded.visible = row.expanded;
+    views->compact.visible = row.compact;
+    views->alert.on = row.alert;
+    machine.clock.seconds += row.due ? 10.0 : 9.0;
+    EXPECT_EQ(sample(), row.work);
+    controller->isRefreshTimeOk();  // the next row's time runs from here, admitted or not
+    machine.clock.seconds += 10.0;
+    controller->isRefreshTimeOk();
+  }
+}
+
+TEST_F(Controller, SeedsOnlyAThresholdThatWasNeverSet) {
+  controller->initMainApp();
+  views->alert.on = true;
+  EXPECT_EQ(sample().back(), "alert list at 30");
+  machine.notificationCenter.post(broadcast::notificationThresholdDidChange, 25);
+  machine.clock.seconds += 10;
+  EXPECT_EQ(sample().back(), "alert list at 25");
+  machine.notificationCenter.post(broadcast::notificationThresholdDidChange, 0);
+  EXPECT_EQ(sample().back(), "compact window?");  // no check due: not seeded either
+  machine.clock.seconds += 10;
+  EXPECT_EQ(sample().back(), "alert list at 30");
+}
+
+TEST_F(Controller, AdmitsOneAlertCheckInTenSeconds) {
+  const double start = machine.clock.seconds;
+  const std::pair<double, bool> steps[] = {
+      {0, true},      {9.999, false},
+      {10.0, true},   {19.999, false},  // a refused check moves nothing
+      {20.0, true},   {-3600, false},
+      {29, false},    {30.0, true},  // the clock set back and forth
+      {1000.0, true},
+  };
+  for (const auto& [offset, admitted] : steps) {
+    machine.clock.seconds = start + offset;
+    EXPECT_EQ(controller->isRefreshTimeOk(), admitted) << offset;
+  }
+}
+
+TEST_F(Controller, WhileTheAlertIsOffNoCheckIsUsedUp) {
+  controller->initMainApp();
+  sample();
+  views->compact.visible = true;
+  sample();
+  EXPECT_TRUE(controller->isRefreshTimeOk());
+}
+
+TEST_F(Controller, WithoutViewControllersOnlyTheMachineIsSampled) {
+  controller = controllerWith({});
+  controller->notificationInforModelOfVisibleViews(nullptr);
+  for (const auto enter : {&VELModuleController::initMainApp, &VELModuleController::initNCApp}) {
+    ((*controller).*enter)();
+    EXPECT_EQ(controller->statusbarView(), nullptr);
+    EXPECT_EQ(controller->preferenceNotificationView(), nullptr);
+    EXPECT_EQ(controller->notificationCenterView(), nullptr);
+    EXPECT_EQ(sample(), Log{});
+    controller->setIsProcessing(true);
+    controller->updateViews();
+    EXPECT_FALSE(controller->isProcessing());
+  }
+}
+
+}  // namespace
+}  // namespace vel::test

@@ -1,0 +1,97 @@
+// The kernel's texts, whole, cut and malformed.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <vector>
+
+#include "platform/linux/CpuList.h"
+#include "platform/linux/ProcLoadavg.h"
+#include "platform/linux/ProcStat.h"
+#include "platform/linux/Topology.h"
+
+namespace vel::test {
+namespace {
+
+TEST(CpuList, ReadsWhatTheKernelWritesAndNothingElse) {
+  CpuList list;
+  const std::tuple<std::string_view, std::vector<std::int32_t>> cases[] = {
+      {"0\n", {0}}, {"0-2,5,7-8\n", {0, 1, 2, 5, 7, 8}}, {"65535\n", {65535}}};
+  for (const auto& [text, expected] : cases) {
+    EXPECT_TRUE(list.parse(text)) << text;
+    std::vector<std::int32_t> cpus;
+    list.forEach([&cpus](std::int32_t cpu) { cpus.push_back(cpu); });
+    EXPECT_EQ(cpus, expected);
+  }
+  for (const std::string_view text :
+       {"", "\n", "0-3", "0-\n", "0,\n", ",0\n", "-1\n", " 0\n", "0 \n", "0x\n", "0\n1\n", "0,0\n",
+        "1,0\n", "3-0\n", "0-65536\n", "0-4294967295\n", "99999999999999999999\n"}) {
+    EXPECT_FALSE(list.parse(text)) << text;
+  }
+}
+
+/// "cpu:user,nice,system,idle …", or "-" for a text that is refused.
+std::string processors(std::string_view stat) {
+  std::ostringstream seen;
+  const bool sound = forEachCpu(stat, [&seen](const CpuTicks& ticks) {
+    seen << ticks.cpu << ':' << ticks.user << ',' << ticks.nice << ',' << ticks.system << ','
+         << ticks.idle << ' ';
+  });
+  return sound ? seen.str() : "-";
+}
+
+TEST(ProcStat, ReadsTheProcessorsLines) {
+  const std::tuple<std::string_view, std::string_view> cases[] = {
+      {"cpu  9 9 9 9\ncpu0 1 2 3 4 10 20 30 40 50 60\nintr 5\n", "0:1,2,93,14 "},
+      {"cpu0 1 2 3 4 5 6\ncpu7 1 2 3 4\n", "0:1,2,9,9 7:1,2,3,4 "},
+      {"cpu0 1 2 3 4\ncpu1 1 2 3 4", "0:1,2,3,4 "}};  // cut
+  for (const auto& [text, expected] : cases) {
+    EXPECT_EQ(processors(text), expected) << text;
+  }
+  for (const std::string_view text :
+       {"", "cpu  9 9 9 9\nintr 5\n", "cpu0 1 2 3 4", "cpu0 1 2 3\n", "cpu0 1 2 3 4x\n",
+        "cpu0 1 2 -3 4\n", "cpu0x 1 2 3 4\n", "cpu0 18446744073709551616 2 3 4\n",
+        "cpu65536 1 2 3 4\n", "cpu1 1 2 3 4\ncpu1 1 2 3 4\n"}) {
+    EXPECT_EQ(processors(text), "-") << text;
+  }
+  EXPECT_EQ(parseBootTime("ctxt 1\nbtime 1753430400\nprocesses 2\n"), 1753430400);
+  for (const std::string_view text :
+       {"", "ctxt 1\n", "btime 17534", "btime \n", "btime 1x\n", "btime 9223372036854775808\n"}) {
+    EXPECT_EQ(parseBootTime(text), std::nullopt) << text;
+  }
+}
+
+TEST(ProcLoadavg, DeliversWhatIsWholeFromTheFront) {
+  // The averages, how many of them, and the threads, 0 for none.
+  const std::tuple<std::string_view, std::array<double, 3>, int, int> cases[] = {
+      {"0.20 1.18 1024.00 1/80 11206\n", {0.20, 1.18, 1024}, 3, 80},
+      {"0.20 1.18 0.12", {0.20, 1.18}, 2, 0},
+      {"0.20 1,18 0.12 1/80 1\n", {0.20}, 1, 80},
+      {"0.20 nan 0.12 1/2147483648 1\n", {0.20}, 1, 0},
+      {"-0.20 1.18 0.12 1/0 1\n", {}, -1, 0}};
+  for (const auto& [text, expected, count, threads] : cases) {
+    SCOPED_TRACE(text);
+    std::array<double, 3> averages{};
+    EXPECT_EQ(parseLoadAverages(text, averages), count);
+    EXPECT_EQ(averages, expected);
+    EXPECT_EQ(parseThreadCount(text), threads > 0 ? std::optional(threads) : std::nullopt);
+  }
+}
+
+TEST(Topology, ReadsOneNumberAndTellsCoresOfOneNumberApart) {
+  EXPECT_EQ(parseTopologyId("-1\n"), -1);
+  for (const std::string_view text : {"", "\n", "7", "7 \n", "7\n7\n", "2147483648\n"}) {
+    EXPECT_EQ(parseTopologyId(text), std::nullopt) << text;
+  }
+  const CoreIdentity a{.package = 0, .core = 7, .firstSibling = 0};
+  const CoreIdentity b{.package = 0, .core = 7, .firstSibling = 1};
+  EXPECT_EQ(arrangeProcessors({{0, a}, {1, b}, {2, a}, {3, b}}).onlineCores, 2U);
+}
+
+}  // namespace
+}  // namespace vel::test

@@ -1,0 +1,86 @@
+// A machine that does what the test says: scripted readings and a clock that is moved by hand.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "support/InstalledPlatform.h"
+
+namespace vel::test {
+
+class ScriptedKernel : public Kernel {
+ public:
+  struct Processor {
+    std::int32_t user = 0;
+    std::int32_t system = 0;
+    std::int32_t idle = 0;
+    std::int32_t nice = 0;
+    bool running = true;
+  };
+
+  /// The tick counters and states of all processors, as they now stand.
+  void setProcessors(std::vector<Processor> value) { processors = std::move(value); }
+
+  std::optional<std::uint32_t> processorCount() override { return count; }
+  std::optional<std::uint32_t> physicalCoreCount() override { return physical; }
+  std::optional<std::uint32_t> logicalProcessorCount() override { return logical; }
+
+  bool readTicks(TickSample& sample) override {
+    ++tickReadings;
+    sample.counters.clear();
+    sample.processors.clear();
+    for (std::int32_t i = 0; const auto& processor : processors) {
+      sample.counters.insert(sample.counters.end(),
+                             {processor.user, processor.system, processor.idle, processor.nice});
+      sample.processors.push_back(identities.empty() ? i : identities.at(static_cast<unsigned>(i)));
+      ++i;
+    }
+    return ticksReadable;
+  }
+
+  bool readProcessorStates(std::vector<ProcessorState>& states) override {
+    states.clear();
+    for (const auto& processor : processors) {
+      states.push_back({processor.running});
+    }
+    return statesReadable;
+  }
+
+  std::optional<SystemLoad> systemLoad() override { return load; }
+
+  int loadAverages(std::array<double, 3>& result) override {
+    result = averages;
+    return averagesDelivered;
+  }
+
+  std::optional<BootTime> bootTime() override { return boot; }
+
+  std::optional<std::uint32_t> count;
+  std::optional<std::uint32_t> physical;
+  std::optional<std::uint32_t> logical;
+  std::vector<Processor> processors;
+  std::vector<std::int32_t> identities;  ///< of `processors`; empty: 0, 1, 2, …
+  bool ticksReadable = true;
+  bool statesReadable = true;
+  std::optional<SystemLoad> load;
+  std::array<double, 3> averages{};
+  int averagesDelivered = -1;
+  std::optional<BootTime> boot;
+  int tickReadings = 0;
+};
+
+class ManualClock : public Clock {
+ public:
+  [[nodiscard]] double now() const override { return seconds; }
+  void sleep(double duration) override { seconds += duration; }
+
+  double seconds = 1'700'000'000.0;
+};
+
+using ScriptedPlatform = InstalledPlatform<ScriptedKernel, ManualClock>;
+
+}  // namespace vel::test
