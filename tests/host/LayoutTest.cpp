@@ -18,7 +18,7 @@ namespace vel::test {
 namespace {
 
 /// Wider on the display than it is long.
-const std::wstring kWide = L"ユーザー";
+const std::wstring kWide = L"ユーザー率";
 
 /// The total is 62.5 %; half of the processors have 25 % and half 75 %.
 Readings readingsOf(std::uint32_t processors) {
@@ -73,6 +73,7 @@ class LayoutTest : public ::testing::Test {
 };
 
 TEST_F(LayoutTest, FitsAnySizeAndShowsEveryProcessorOnce) {
+  ASSERT_EQ(widthOf(kWide), 10);
   labels_.user = labels_.tasks = kWide;
   for (const std::uint32_t processors : {0U, 1U, 2U, 8U, 64U, 65U, 256U, 1024U}) {
     for (const int columns : {0, 1, 2, 4, 5, 6, 7, 8, 16, 17, 25, 39, 40, 41, 79, 80, 200}) {

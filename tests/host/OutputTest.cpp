@@ -21,14 +21,13 @@ TEST(JsonLines, AreAsciiAndExactWhateverTheRecordHolds) {
   CPUData record;
   record.set(Reading::userCPU, 0.1F);
   record.set(Reading::systemCPU, std::numeric_limits<float>::quiet_NaN());
-  record.set(Reading::niceCPU, 1e-30F);
-  record.set(ProcessorReading::userCPUAll, 12, 0.3F);
+  record.set(ProcessorReading::userCPUAll, 12, 1e-30F);
   record.setUpTime({13, -2, 0, 59});
   record.setTopMemProcess({{"\"\\\n\x1b]0;\x7f\xc2\x9b", "1", "-"}, {"\xff\xc3(日", "2", "1.5"}});
   record.setProcessesForNotification({"7", "8"});
   std::string text = "old";
   writeJson(record, text);
-  EXPECT_EQ(text, R"({"userCPU":0.1,"systemCPU":null,"niceCPU":1e-30,"userCPUAll12":0.3,)"
+  EXPECT_EQ(text, R"({"userCPU":0.1,"systemCPU":null,"userCPUAll12":1e-30,)"
                   R"("upTime":{"month":13,"day":-2,"hour":0,"minute":59},"topMemProcess":[)"
                   R"({"name":"\"\\\n\u001b]0;\u007f\u009b","pid":"1","avg cpu time":"-"},)"
                   R"({"name":"\ufffd\ufffd(\u65e5","pid":"2","avg cpu time":"1.5"}],)"
