@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 #include <optional>
 
 namespace vel {
@@ -24,12 +25,14 @@ std::optional<std::size_t> positionOf(const TickSample& sample, std::int32_t ide
   return identityAt(sample, position) == identity ? std::optional(position) : std::nullopt;
 }
 
-float gained(std::int32_t from, std::int32_t to) {
-  // Unsigned arithmetic runs across the wrap; read as signed, a small step back is a small negative
-  // number.
-  const auto difference =
-      static_cast<std::int32_t>(static_cast<std::uint32_t>(to) - static_cast<std::uint32_t>(from));
-  return static_cast<float>(std::max(difference, 0));
+float gained(std::uint64_t from, std::uint64_t to) {
+  // Unsigned arithmetic runs across a wrap; read as signed, a step back is a negative number.
+  constexpr auto kMost32 = std::numeric_limits<std::uint32_t>::max();
+  const bool mayWrapAt32 = from <= kMost32 && to <= kMost32;
+  const std::int64_t difference =
+      mayWrapAt32 ? static_cast<std::int32_t>(static_cast<std::uint32_t>(to - from))
+                  : static_cast<std::int64_t>(to - from);
+  return static_cast<float>(std::max<std::int64_t>(difference, 0));
 }
 
 }  // namespace
@@ -38,9 +41,9 @@ Ticks ticksSinceBoot(const TickSample& sample, std::size_t index) {
   if (identityAt(sample, index) == TickSample::kNoProcessor) {
     return {};
   }
-  const std::int32_t* counters = &sample.counters[index * TickSample::kStates];
+  const std::uint64_t* counters = &sample.counters[index * TickSample::kStates];
   const auto count = [counters](TickSample::State state) {
-    return static_cast<float>(static_cast<std::uint32_t>(counters[state]));
+    return static_cast<float>(counters[state]);
   };
   return {.user = count(TickSample::user),
           .system = count(TickSample::system),
@@ -57,8 +60,8 @@ Ticks ticksBetween(const TickSample& previous, const TickSample& sample, std::si
   if (!position) {
     return {};
   }
-  const std::int32_t* from = &previous.counters[*position * TickSample::kStates];
-  const std::int32_t* to = &sample.counters[index * TickSample::kStates];
+  const std::uint64_t* from = &previous.counters[*position * TickSample::kStates];
+  const std::uint64_t* to = &sample.counters[index * TickSample::kStates];
   const auto count = [from, to](TickSample::State state) { return gained(from[state], to[state]); };
   return {.user = count(TickSample::user),
           .system = count(TickSample::system),

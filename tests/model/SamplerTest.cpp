@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
 #include <random>
 #include <vector>
 
@@ -17,8 +16,8 @@ using Processor = ScriptedKernel::Processor;
 using R = ProcessorReading;
 using Shares = std::vector<float>;
 
-constexpr auto kMax = std::numeric_limits<std::int32_t>::max();
-constexpr auto kMin = std::numeric_limits<std::int32_t>::min();
+constexpr std::int64_t k31Bits = std::int64_t{1} << 31;
+constexpr std::int64_t k32Bits = std::int64_t{1} << 32;
 constexpr float kAbsent = -1.F;
 
 class Sampler : public testing::Test {
@@ -71,8 +70,7 @@ class Sampler : public testing::Test {
 
 TEST_F(Sampler, TheFirstSampleCoversTheTimeSinceBoot) {
   machineOf(2, 2);
-  // Past the sign of a 32-bit integer the counter is still a count.
-  kernel.processors = {{.user = kMin}, {.idle = kMin}};
+  kernel.processors = {{.user = 3 * k32Bits}, {.idle = 3 * k32Bits}};
   VELModuleModel model;
   EXPECT_FALSE(model.record().find(Reading::userCPU));
   model.updateModel();
@@ -170,16 +168,18 @@ TEST_F(Sampler, AFailedOrSkippedReadingIsCoveredByTheNext) {
 TEST_F(Sampler, CountersThatStepBackOrWrapGiveNoHugeDifference) {
   struct Case {
     const char* what;
-    std::int32_t idleBefore;
-    std::int32_t idleAfter;
+    std::int64_t idleBefore;
+    std::int64_t idleAfter;
     float idleShare;  // beside 100 ticks of user time
   };
   const Case cases[] = {
       {"a tick back", 5000, 4999, 0},
       {"to nothing, as after going offline", 1'000'000, 0, 0},
-      {"over the sign", kMax - 49, kMin + 50, 0.5F},
-      {"over 32 bits", -50, 50, 0.5F},
-      {"back over 32 bits", 2, -3, 0},
+      {"over the sign", k31Bits - 50, k31Bits + 50, 0.5F},
+      {"over 32 bits, wrapping", k32Bits - 50, 50, 0.5F},
+      {"over 32 bits, going on", k32Bits - 50, k32Bits + 50, 0.5F},
+      {"back over the wrap", 2, k32Bits - 3, 0},
+      {"back from beyond 32 bits", k32Bits + 1'000'000'000, 7, 0},
   };
   machineOf(1, 1);
   for (const auto& c : cases) {
@@ -224,7 +224,7 @@ TEST_F(Sampler, NothingIsReadPastTheEndOfAnArray) {
   model.updateModel();
   EXPECT_FLOAT_EQ(total(model)[0], 1.0F);
 
-  TickSample cut{.counters = std::vector<std::int32_t>(6, 100), .processors = {0, 1, 2}};
+  TickSample cut{.counters = std::vector<std::uint64_t>(6, 100), .processors = {0, 1, 2}};
   cut.counters.shrink_to_fit();
   EXPECT_EQ(ticksSinceBoot(cut, 0).total(), 400);
   for (const std::size_t index : {1U, 2U, 3U}) {

@@ -15,10 +15,10 @@ namespace vel::test {
 class ScriptedKernel : public Kernel {
  public:
   struct Processor {
-    std::int32_t user = 0;
-    std::int32_t system = 0;
-    std::int32_t idle = 0;
-    std::int32_t nice = 0;
+    std::int64_t user = 0;
+    std::int64_t system = 0;
+    std::int64_t idle = 0;
+    std::int64_t nice = 0;
     bool running = true;
   };
 
@@ -34,8 +34,9 @@ class ScriptedKernel : public Kernel {
     sample.counters.clear();
     sample.processors.clear();
     for (std::int32_t i = 0; const auto& processor : processors) {
-      sample.counters.insert(sample.counters.end(),
-                             {processor.user, processor.system, processor.idle, processor.nice});
+      for (const auto ticks : {processor.user, processor.system, processor.idle, processor.nice}) {
+        sample.counters.push_back(static_cast<std::uint64_t>(ticks));
+      }
       sample.processors.push_back(identities.empty() ? i : identities.at(static_cast<unsigned>(i)));
       ++i;
     }

@@ -18,8 +18,9 @@ struct TickSample {
   /// The identity of a processor whose counters the kernel does not give, as while it is offline.
   static constexpr std::int32_t kNoProcessor = -1;
 
-  /// Four integers per processor, at 4i + State. They count on past the sign and wrap at 32 bits.
-  std::vector<std::int32_t> counters;
+  /// Four integers per processor, at 4i + State. On a machine whose counters have 32 bits they wrap
+  /// there.
+  std::vector<std::uint64_t> counters;
 
   /// Per processor, whose counters these are, or `kNoProcessor`. Counters of two samples can be
   /// compared only where the identities are equal: the order may change when processors come or go,

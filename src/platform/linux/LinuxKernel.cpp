@@ -34,11 +34,6 @@ std::optional<std::int32_t> readFirst(const std::filesystem::path& path) {
   return readList(file, siblings) ? std::optional(siblings.first()) : std::nullopt;
 }
 
-/// Two's complement, as a 32-bit counter that had counted all along would stand.
-std::int32_t wrapped(std::uint64_t ticks) {
-  return static_cast<std::int32_t>(ticks);
-}
-
 }  // namespace
 
 LinuxKernel::LinuxKernel(const std::filesystem::path& proc, const std::filesystem::path& sys)
@@ -80,11 +75,11 @@ bool LinuxKernel::readTicks(TickSample& sample) {
     }
     const auto position = static_cast<std::size_t>(positions_[cpu]);
     sample.processors[position] = ticks.cpu;
-    std::int32_t* const counters = &sample.counters[position * TickSample::kStates];
-    counters[TickSample::user] = wrapped(ticks.user);
-    counters[TickSample::system] = wrapped(ticks.system);
-    counters[TickSample::idle] = wrapped(ticks.idle);
-    counters[TickSample::nice] = wrapped(ticks.nice);
+    std::uint64_t* const counters = &sample.counters[position * TickSample::kStates];
+    counters[TickSample::user] = ticks.user;
+    counters[TickSample::system] = ticks.system;
+    counters[TickSample::idle] = ticks.idle;
+    counters[TickSample::nice] = ticks.nice;
   });
 }
 

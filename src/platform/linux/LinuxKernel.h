@@ -17,7 +17,8 @@ namespace vel {
 
 /// The processors of the order are those present; it is made when first needed and again by
 /// `physicalCoreCount`, and by `processorCount` when others are present. Where sysfs does not list
-/// the processors, those with a line in /proc/stat count as present and online. Everything but
+/// the processors, those with a line in /proc/stat count as present and online; it is read again
+/// each time that this is asked for. Everything but
 /// making the order allocates nothing once it has been called.
 class LinuxKernel final : public Kernel {
  public:

@@ -30,13 +30,16 @@ inline bool isCpuLine(std::string_view line) {
 std::optional<CpuTicks> parseCpuLine(std::string_view line);
 
 /// Calls `visit(const CpuTicks&)` for each processor's line in turn. False when a line is
-/// malformed, the processors do not ascend as the kernel lists them, or there is none; `visit` may
-/// have been called before that came out.
+/// malformed, the processors do not ascend as the kernel lists them, there is none, or nothing
+/// follows them: the kernel's text goes on with other figures, so this one has been cut short.
+/// `visit` may have been called before that came out.
 template <typename Visit>
 bool forEachCpu(std::string_view text, Visit visit) {
   std::int32_t last = -1;
+  bool goesOn = false;
   while (const std::optional<std::string_view> line = takeLine(text)) {
-    if (!isCpuLine(*line)) {
+    goesOn = !isCpuLine(*line);
+    if (goesOn) {
       continue;
     }
     const std::optional<CpuTicks> ticks = parseCpuLine(*line);
@@ -46,7 +49,7 @@ bool forEachCpu(std::string_view text, Visit visit) {
     last = ticks->cpu;
     visit(*ticks);
   }
-  return last >= 0;
+  return last >= 0 && goesOn;
 }
 
 /// When the machine was started, in seconds since 1970-01-01 00:00 UTC.

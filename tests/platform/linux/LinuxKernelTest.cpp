@@ -90,10 +90,10 @@ TEST(LinuxKernel, MakesNeighboursOfThreadsNumberedFarApart) {
   EXPECT_EQ(readAll(kernel), "256 128 256 256 100/321 3 1753430400");
   TickSample sample;
   EXPECT_TRUE(kernel.readTicks(sample));
-  std::vector<std::int32_t> counters;
-  for (std::int32_t core = 0; core < 128; ++core) {
-    for (const std::int32_t cpu : {core, core + 128}) {
-      counters.insert(counters.end(), {cpu, 3 + 6 + 7 + 8, 4, 2});  // idle has wrapped
+  std::vector<std::uint64_t> counters;
+  for (std::uint64_t core = 0; core < 128; ++core) {
+    for (const std::uint64_t cpu : {core, core + 128}) {
+      counters.insert(counters.end(), {cpu, 3 + 6 + 7 + 8, 0x1'0000'0004, 2});
     }
   }
   EXPECT_EQ(sample.counters, counters);
