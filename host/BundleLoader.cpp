@@ -8,8 +8,12 @@
 #include <string_view>
 #include <utility>
 
+#include "host/ElfFile.h"
+
 namespace vel {
 namespace {
+
+constexpr const char* kLibraryExpected = ", expected the module's shared library";
 
 [[noreturn]] void fail(const std::filesystem::path& file, const std::string& what) {
   throw std::runtime_error(file.string() + ": " + what);
@@ -43,7 +47,7 @@ std::filesystem::path libraryOf(const Bundle& bundle) {
   auto library = bundle.directory() / *name;
   std::error_code error;
   if (!std::filesystem::is_regular_file(library, error)) {
-    fail(library, "no such file, expected the module's shared library");
+    fail(library, std::string("no such file") + kLibraryExpected);
   }
   return library;
 }
@@ -57,15 +61,16 @@ std::string linkerError(const std::filesystem::path& library) {
 }
 
 CreatePrincipal entryOf(const std::filesystem::path& library) {
+  if (const std::string fault = sharedLibraryFault(library); !fault.empty()) {
+    fail(library, fault + kLibraryExpected);
+  }
   void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle == nullptr) {
-    fail(library,
-         "cannot be loaded, expected the module's shared library: " + linkerError(library));
+    fail(library, std::string("cannot be loaded") + kLibraryExpected + ": " + linkerError(library));
   }
   void* symbol = dlsym(handle, kCreatePrincipalSymbol);
   if (symbol == nullptr) {
-    fail(library, std::string("no function ") + kCreatePrincipalSymbol +
-                      ", expected the module's shared library");
+    fail(library, std::string("no function ") + kCreatePrincipalSymbol + kLibraryExpected);
   }
   return reinterpret_cast<CreatePrincipal>(symbol);
 }
@@ -79,6 +84,11 @@ BundleLoader::BundleLoader(const std::filesystem::path& directory, const Locale&
       create_(entryOf(library_)) {}
 
 Bundle BundleLoader::open(const std::filesystem::path& directory, const Locale& locale) {
+  if (std::error_code error; !std::filesystem::is_directory(directory, error)) {
+    fail(directory, std::string(std::filesystem::exists(directory, error) ? "not a directory"
+                                                                          : "no such directory") +
+                        ", expected a module bundle");
+  }
   auto bundle = Bundle::open(directory, locale, problems_);
   if (!bundle) {
     throw std::runtime_error((problems_.empty() ? directory.string() : problems_.back()) +

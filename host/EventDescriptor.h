@@ -1,4 +1,4 @@
-// Owns the file of an event source: a timer, an event counter, pending signals.
+// Owns an open file: an event source that a loop polls, or a terminal.
 #pragma once
 
 namespace vel {

@@ -38,11 +38,23 @@ void addDirectory(CLI::App& app, const std::string& name, std::filesystem::path&
       ->type_name("DIR");
 }
 
-/// CLI11 says "--interval: 1 required SECONDS missing" and the like; that is no English.
+/// CLI11 says "--interval: 1 required SECONDS missing" and, of a flag with a value, "json was given
+/// a disallowed flag override"; that is no English.
 std::string mismatch(const CLI::App& app, const std::string& message) {
-  const std::string name = message.substr(0, message.find(':'));
-  const CLI::Option* option = app.get_option_no_throw(name);
-  return option == nullptr ? message : name + ": expected once, with " + option->get_type_name();
+  const std::string name = message.substr(0, message.find_first_of(": "));
+  if (const CLI::Option* option = app.get_option_no_throw(name)) {
+    return name + ": expected once, as " + name + " " + option->get_type_name();
+  }
+  return "--" + name + " takes no value";
+}
+
+/// CLI11 names all that it did not expect, the last first.
+std::string unexpected(const CLI::App& app) {
+  const auto arguments = app.remaining();
+  const bool isOption = arguments.front() != "--" && arguments.front().starts_with('-');
+  // What follows "--" is no option, whatever it looks like.
+  return isOption ? "unknown option " + arguments.front()
+                  : "unexpected argument " + arguments[arguments.front() == "--" ? 1 : 0];
 }
 
 }  // namespace
@@ -58,14 +70,21 @@ void HostOptions::addTo(CLI::App& app) {
            }
            interval = *seconds;
          },
-         "Time between two refreshes, 1 by default")
-      ->type_name("SECONDS (0.1 to 3600)");
+         "Time from one refresh to the next, from 0.1\nto 3600; 1 by default")
+      ->type_name("SECONDS");
   app.add_option_function<std::string>(
-         "--bundle", [this](const std::string& text) { bundle = text; },
-         "The module's bundle, the installed one by default")
+         "--bundle",
+         [this](const std::string& text) {
+           // Whatever else it is, the loader says what it expects of a bundle.
+           if (text.empty()) {
+             throw CLI::ValidationError("--bundle", "\"\" is not a directory");
+           }
+           bundle = text;
+         },
+         "The module's bundle; the installed one by default")
       ->type_name("DIR");
-  addDirectory(app, "--proc", proc, "Where the proc file system is, /proc by default");
-  addDirectory(app, "--sys", sys, "Where the sys file system is, /sys by default");
+  addDirectory(app, "--proc", proc, "Where the proc file system is; /proc by default");
+  addDirectory(app, "--sys", sys, "Where the sys file system is; /sys by default");
 }
 
 std::optional<CommandLineAnswer> parseCommandLine(CLI::App& app, int argc,
@@ -78,6 +97,8 @@ std::optional<CommandLineAnswer> parseCommandLine(CLI::App& app, int argc,
     return CommandLineAnswer{0, app.help()};
   } catch (const CLI::ArgumentMismatch& error) {
     return CommandLineAnswer{2, mismatch(app, error.what())};
+  } catch (const CLI::ExtrasError&) {
+    return CommandLineAnswer{2, unexpected(app)};
   } catch (const CLI::ParseError& error) {
     return CommandLineAnswer{2, error.what()};
   }

@@ -133,11 +133,11 @@ std::vector<Line> Layout::lines() {
 void Layout::planProcessors(int extraRows) {
   const int processors = static_cast<int>(readings_.processors.size());
   const int spare = rowsLeft_ - extraRows;
-  const auto unfolded = ProcessorGrid::rowsUnfolded(processors, width_);
+  const auto unfolded = ProcessorGrid::rowsUnfolded(readings_.numbers, width_);
   const int rows = unfolded && *unfolded <= rowsLeft_
                        ? std::max(*unfolded, std::min(processors, spare))
                        : std::max(spare, (rowsLeft_ + 1) / 2);
-  grid_ = ProcessorGrid::plan(processors, width_, rows);
+  grid_ = ProcessorGrid::plan(readings_.numbers, width_, rows);
   take(grid_ ? grid_->rows : 0);
 }
 

@@ -1,11 +1,13 @@
 #include "host/terminal/LiveDisplay.h"
 
+#include <csignal>
+
 #include "host/terminal/Signals.h"
 
 namespace vel {
 
 void LiveDisplay::show(const CPUData& record) {
-  readings_.read(record, kernel_.logicalProcessorCount());
+  readings_.read(record, running_.ofThisRefresh());
   paint();
 }
 
@@ -15,17 +17,19 @@ void LiveDisplay::resize() {
 }
 
 void LiveDisplay::stop() {
-  screen_.lend(stopProcess);
-  resize();
+  screen_.giveBack();
+  stopProcess(SIGTSTP);
 }
 
 void LiveDisplay::restore() {
-  screen_.restore();
-  resize();
+  screen_.lose();
+  paint();
 }
 
 void LiveDisplay::paint() {
-  screen_.paint(layOut(readings_, labels_, locale_, screen_.size(), style_));
+  if (screen_.take()) {
+    screen_.paint(layOut(readings_, labels_, locale_, screen_.size(), style_));
+  }
 }
 
 }  // namespace vel

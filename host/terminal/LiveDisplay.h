@@ -12,14 +12,15 @@ class LiveDisplay : public Display {
  public:
   /// Throws std::runtime_error when the terminal cannot be set up.
   LiveDisplay(Kernel& kernel, const Labels& labels, const Locale& locale, LayoutStyle style)
-      : kernel_(kernel), labels_(labels), locale_(locale), style_(style) {}
+      : running_(kernel), labels_(labels), locale_(locale), style_(style) {}
 
   void show(const CPUData& record) override;
 
   /// The window has another size.
   void resize();
 
-  /// Gives the terminal back, stops the process as Ctrl-Z does, and paints again when it goes on.
+  /// Gives the terminal back and stops the process as Ctrl-Z does. It goes on with SIGCONT, which
+  /// is then to be answered by `restore`.
   void stop();
 
   /// The process goes on after others may have used the terminal.
@@ -28,7 +29,7 @@ class LiveDisplay : public Display {
  private:
   void paint();
 
-  Kernel& kernel_;
+  RunningProcessors running_;
   const Labels& labels_;
   const Locale& locale_;
   const LayoutStyle style_;

@@ -9,13 +9,13 @@ namespace vel {
 namespace {
 
 constexpr const char* kDescription =
-    "Shows how busy the processors are: a live display on a terminal, one plain line a refresh\n"
-    "anywhere else.";
+    "Shows how busy the processors are: on a terminal as a live display, anywhere\n"
+    "else as one plain line a refresh.";
 
 constexpr const char* kFooter =
-    "The first refresh comes at once; its shares are averages since the machine was started.\n"
-    "Plain lines and JSON are always in English with a decimal point. On the display, q or\n"
-    "Ctrl-C ends the program.";
+    "The first refresh comes at once, with averages since the machine was started.\n"
+    "Plain lines and JSON are always in English with a decimal point. On the display,\n"
+    "q or Ctrl-C ends the program.";
 
 std::optional<std::uint64_t> parseCount(const std::string& text) {
   std::uint64_t count = 0;
@@ -37,8 +37,8 @@ void addCount(CLI::App& app, std::optional<std::uint64_t>& count) {
                                         "\"" + text + "\" is not a number of refreshes, 1 or more");
            }
          },
-         "End after N refreshes")
-      ->type_name("N (1 or more)");
+         "End after N refreshes, 1 or more")
+      ->type_name("N");
 }
 
 }  // namespace
@@ -47,13 +47,16 @@ std::optional<CommandLineAnswer> parseOptions(int argc, const char* const* argv,
                                               const char* version, Options& options) {
   CLI::App app(kDescription, "velbar-tty");
   app.footer(kFooter);
-  app.set_version_flag("--version", std::string("velbar-tty ") + version);
+  app.set_help_flag("-h,--help", "Print this help and end");
+  app.set_version_flag("--version", std::string("velbar-tty ") + version,
+                       "Print the version and end");
   options.addTo(app);
   addCount(app, options.count);
   app.add_flag("--once", options.once,
-               "Take two samples an interval apart, print one display and end; not with --count")
+               "Take two samples an interval apart, print the\n"
+               "second and end; not with --count")
       ->disable_flag_override();
-  app.add_flag("--json", options.json, "Print every reading as one JSON object a refresh")
+  app.add_flag("--json", options.json, "Print all readings, one JSON object a refresh")
       ->disable_flag_override();
   app.callback([&options] {
     if (options.once && options.count) {

@@ -4,6 +4,8 @@
 #include <exception>
 #include <string_view>
 
+#include "host/EventDescriptor.h"
+
 namespace vel {
 
 /// The reader has gone, which is no fault.
@@ -12,7 +14,8 @@ class OutputClosed : public std::exception {};
 /// SIGPIPE must be ignored.
 class Output {
  public:
-  /// While it waits for a slow reader it watches `interrupt`, or nothing if that is -1.
+  /// While it waits for a slow reader it watches `interrupt`, or nothing if that is -1. Throws
+  /// std::system_error.
   explicit Output(int descriptor, int interrupt = -1);
 
   /// Writes all of `text`, unless `interrupt` becomes readable while the reader is not ready: then
@@ -21,10 +24,11 @@ class Output {
 
  private:
   [[nodiscard]] bool waitForReader() const;
+  [[nodiscard]] bool pause() const;
 
-  int descriptor_;
   int interrupt_;
   bool isTerminal_;
+  EventDescriptor file_;
 };
 
 }  // namespace vel

@@ -40,7 +40,7 @@ std::string plainLine(const Readings& readings) {
 }
 
 void PlainLines::show(const CPUData& record) {
-  readings_.read(record, 0);
+  readings_.read(record, {});
   output_.write(plainLine(readings_));
 }
 

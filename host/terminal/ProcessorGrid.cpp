@@ -1,6 +1,7 @@
 #include "host/terminal/ProcessorGrid.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "host/terminal/Text.h"
 
@@ -14,11 +15,11 @@ int dividedUp(int dividend, int divisor) {
   return (dividend + divisor - 1) / divisor;
 }
 
-ProcessorGrid folded(int processors, int fold) {
+ProcessorGrid folded(std::span<const std::int32_t> numbers, int fold) {
   ProcessorGrid grid;
-  grid.processors = processors;
+  grid.numbers = numbers;
   grid.fold = fold;
-  grid.gauges = dividedUp(processors, fold);
+  grid.gauges = dividedUp(static_cast<int>(numbers.size()), fold);
   // The last gauge may have fewer processors and a shorter label than the one before.
   grid.labelWidth = std::max(widthOf(grid.label(grid.gauges - 1)),
                              widthOf(grid.label(std::max(0, grid.gauges - 2))));
@@ -31,9 +32,11 @@ int mostColumns(const ProcessorGrid& grid, int width) {
 
 }  // namespace
 
-std::optional<ProcessorGrid> ProcessorGrid::plan(int processors, int width, int rows) {
+std::optional<ProcessorGrid> ProcessorGrid::plan(std::span<const std::int32_t> numbers, int width,
+                                                 int rows) {
+  const auto processors = static_cast<int>(numbers.size());
   for (int fold = 1; processors > 0 && rows > 0 && (fold == 1 || fold < processors); fold *= 2) {
-    ProcessorGrid grid = folded(processors, fold);
+    ProcessorGrid grid = folded(numbers, fold);
     grid.columns = dividedUp(grid.gauges, rows);
     if (grid.columns <= mostColumns(grid, width)) {
       grid.rows = dividedUp(grid.gauges, grid.columns);
@@ -44,18 +47,22 @@ std::optional<ProcessorGrid> ProcessorGrid::plan(int processors, int width, int 
   return std::nullopt;
 }
 
-std::optional<int> ProcessorGrid::rowsUnfolded(int processors, int width) {
-  const int columns = processors > 0 ? mostColumns(folded(processors, 1), width) : 0;
+std::optional<int> ProcessorGrid::rowsUnfolded(std::span<const std::int32_t> numbers, int width) {
+  const auto processors = static_cast<int>(numbers.size());
+  const int columns = processors > 0 ? mostColumns(folded(numbers, 1), width) : 0;
   return columns > 0 ? std::optional(dividedUp(processors, columns)) : std::nullopt;
 }
 
 int ProcessorGrid::endProcessor(int gauge) const {
-  return std::min(processors, firstProcessor(gauge) + fold);
+  return std::min(static_cast<int>(numbers.size()), firstProcessor(gauge) + fold);
 }
 
 std::wstring ProcessorGrid::label(int gauge) const {
-  const int first = firstProcessor(gauge);
-  const int last = endProcessor(gauge) - 1;
+  const auto numberAt = [this](int position) {
+    return numbers[static_cast<std::size_t>(position)];
+  };
+  const std::int32_t first = numberAt(firstProcessor(gauge));
+  const std::int32_t last = numberAt(endProcessor(gauge) - 1);
   return first == last ? std::to_wstring(first)
                        : std::to_wstring(first) + L"-" + std::to_wstring(last);
 }

@@ -1,7 +1,6 @@
 #include "host/terminal/Readings.h"
 
 #include <cmath>
-#include <limits>
 
 namespace vel {
 namespace {
@@ -23,7 +22,7 @@ Readings::Share Readings::total() const {
   return *user + *system + nice.value_or(0.0F);
 }
 
-void Readings::read(const CPUData& record, std::optional<std::uint32_t> runningProcessors) {
+void Readings::read(const CPUData& record, const std::vector<RunningProcessor>& running) {
   user = finite(record.find(Reading::userCPU));
   system = finite(record.find(Reading::systemCPU));
   nice = finite(record.find(Reading::niceCPU));
@@ -35,11 +34,14 @@ void Readings::read(const CPUData& record, std::optional<std::uint32_t> runningP
   upTime = record.upTime();
 
   processors.clear();
-  const auto running = runningProcessors.value_or(std::numeric_limits<std::uint32_t>::max());
-  for (std::uint32_t i = 0; i < running && record.find(ProcessorReading::userCPUAll, i); ++i) {
-    processors.push_back(numberOr0(record.find(ProcessorReading::userCPUAll, i)) +
-                         numberOr0(record.find(ProcessorReading::systemCPUAll, i)) +
-                         numberOr0(record.find(ProcessorReading::niceCPUAll, i)));
+  numbers.clear();
+  for (const auto& [number, index] : running) {
+    if (const auto share = record.find(ProcessorReading::userCPUAll, index)) {
+      processors.push_back(numberOr0(share) +
+                           numberOr0(record.find(ProcessorReading::systemCPUAll, index)) +
+                           numberOr0(record.find(ProcessorReading::niceCPUAll, index)));
+      numbers.push_back(number);
+    }
   }
 }
 

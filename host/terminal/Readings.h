@@ -6,9 +6,9 @@
 #include <optional>
 #include <vector>
 
+#include "host/terminal/RunningProcessors.h"
 #include "platform/foundation/GregorianCalendar.h"
 #include "platform/host/CPUData.h"
-#include "platform/kernel/Kernel.h"
 
 namespace vel {
 
@@ -24,16 +24,16 @@ struct Readings {
   Share system;
   Share nice;
   Share idle;
-  std::vector<float> processors;  ///< the total of each running logical processor
+  std::vector<float> processors;      ///< the total of each running logical processor, by number
+  std::vector<std::int32_t> numbers;  ///< the kernel's, of the same
 
   std::array<std::optional<float>, 3> load;  ///< over 1, 5 and 15 minutes
   std::optional<float> tasks;
   std::optional<float> threads;
   std::optional<CalendarDifference> upTime;
 
-  /// Overwrites everything. The record has entries for all present processors, the running ones
-  /// first, and leaves it to the reader to know how many run.
-  void read(const CPUData& record, std::optional<std::uint32_t> runningProcessors);
+  /// Overwrites everything. Processors that the record does not have are left out.
+  void read(const CPUData& record, const std::vector<RunningProcessor>& running);
 };
 
 }  // namespace vel

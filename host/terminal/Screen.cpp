@@ -14,6 +14,9 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "host/terminal/Signals.h"
+#include "host/terminal/StallGuard.h"
+
 namespace vel {
 namespace {
 
@@ -44,6 +47,12 @@ bool isReady() {
   return poll(&descriptor, 1, 0) == 1 && (descriptor.revents & POLLOUT) != 0;
 }
 
+termios currentSettings() {
+  termios settings{};
+  tcgetattr(STDOUT_FILENO, &settings);
+  return settings;
+}
+
 void leave() {
   // While Ctrl-S holds the output, the farewell would wait, too. The kernel takes TCOON for an
   // answer to TCOOFF alone.
@@ -55,8 +64,10 @@ void leave() {
 }  // namespace
 
 struct Screen::State {
+  const termios before = currentSettings();
   SCREEN* screen = nullptr;
   WINDOW* window = nullptr;  ///< all of it
+  bool taken = true;
   std::array<attr_t, kTones> attributes{};
   std::array<short, kTones> pairs{};
 
@@ -66,6 +77,7 @@ struct Screen::State {
 };
 
 Screen::Screen() : state_(std::make_unique<State>()) {
+  const StallGuard guard(state_->before, StallGuard::Reason::goingOn);
   state_->screen = newterm(nullptr, stdout, stdin);
   if (state_->screen == nullptr) {
     throw std::runtime_error("the terminal cannot be set up");
@@ -79,7 +91,10 @@ Screen::Screen() : state_(std::make_unique<State>()) {
 }
 
 Screen::~Screen() {
-  leave();
+  if (!isendwin() && isForeground(STDOUT_FILENO)) {
+    const StallGuard guard(state_->before, StallGuard::Reason::ending);
+    leave();
+  }
   delscreen(state_->screen);
 }
 
@@ -123,6 +138,7 @@ void Screen::paint(const std::vector<Line>& lines) {
     ++row;
   }
   if (isReady()) {
+    const StallGuard guard(state_->before, StallGuard::Reason::goingOn);
     wrefresh(state_->window);
   }
 }
@@ -136,15 +152,30 @@ void Screen::State::paintLine(int row, const Line& line) const {
   }
 }
 
-void Screen::lend(const std::function<void()>& use) {
-  leave();
-  use();
-  restore();
+bool Screen::take() {
+  const bool ours = isForeground(STDOUT_FILENO);
+  if (ours && !state_->taken) {
+    if (!isendwin()) {
+      // Otherwise the next painting sees to it.
+      reset_prog_mode();
+    }
+    fitToWindow();
+    clearok(state_->window, TRUE);
+  }
+  state_->taken = ours;
+  return ours;
 }
 
-void Screen::restore() {
-  reset_prog_mode();
-  clearok(state_->window, TRUE);
+void Screen::giveBack() {
+  if (!isendwin() && isForeground(STDOUT_FILENO)) {
+    const StallGuard guard(state_->before, StallGuard::Reason::goingOn);
+    leave();
+  }
+  lose();
+}
+
+void Screen::lose() {
+  state_->taken = false;
 }
 
 }  // namespace vel

@@ -1,7 +1,6 @@
 // A whole terminal screen, painted through curses.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -11,7 +10,9 @@
 namespace vel {
 
 /// Takes the terminal of standard output over while it lives, one at a time, and leaves it as it
-/// was. A terminal that takes no output at the moment is never waited for.
+/// was. Nothing is painted while the terminal takes no output at all; one that stalls halfway is
+/// waited for, but not when the program is to end. While another process group is in the
+/// foreground, the terminal is that one's and is left alone.
 class Screen {
  public:
   /// Throws std::runtime_error.
@@ -24,14 +25,18 @@ class Screen {
   [[nodiscard]] LayoutSize size() const;
   void fitToWindow();
 
+  /// To be asked before painting. Takes the terminal again after `giveBack` and `lose`; everything
+  /// is then sent anew. False while the terminal is another's.
+  [[nodiscard]] bool take();
+
   /// Replaces what is shown; the terminal is sent the difference only.
   void paint(const std::vector<Line>& lines);
 
-  /// Gives the terminal back while `use` runs, then restores the screen.
-  void lend(const std::function<void()>& use);
+  /// Leaves the terminal as it was.
+  void giveBack();
 
-  /// Takes the terminal again after others have used it unasked. Next, everything is sent anew.
-  void restore();
+  /// Others may have used the terminal unasked.
+  void lose();
 
  private:
   struct State;

@@ -42,16 +42,24 @@ std::optional<int> Signals::next() const {
   return static_cast<int>(info.ssi_signo);
 }
 
-void stopProcess() {
+bool stopProcess(int signal) {
   // Curses may have put a handler there.
-  (void)std::signal(SIGTSTP, SIG_DFL);
+  (void)std::signal(signal, SIG_DFL);
   sigset_t stop;
   sigset_t before;
   sigemptyset(&stop);
-  sigaddset(&stop, SIGTSTP);
-  (void)std::raise(SIGTSTP);
+  sigaddset(&stop, signal);
+  (void)std::raise(signal);
   pthread_sigmask(SIG_UNBLOCK, &stop, &before);
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  sigset_t pending;
+  sigpending(&pending);
+  return sigismember(&pending, SIGCONT) == 1;
+}
+
+bool isForeground(int terminal) {
+  const pid_t group = tcgetpgrp(terminal);
+  return group == -1 || group == getpgrp();
 }
 
 }  // namespace vel

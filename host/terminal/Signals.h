@@ -25,7 +25,12 @@ class Signals {
   EventDescriptor pending_;
 };
 
-/// Stops the process as the terminal's Ctrl-Z does and returns when it goes on.
-void stopProcess();
+/// Stops the process by SIGTSTP, as the terminal's Ctrl-Z does, or by SIGTTIN. Returns when it goes
+/// on: true, or false if nobody is there to continue it and it has not been stopped (man 7
+/// credentials: an orphaned process group). SIGCONT must be blocked.
+bool stopProcess(int signal);
+
+/// Whether the process may use `terminal`. Where there is no job control, everybody may.
+bool isForeground(int terminal);
 
 }  // namespace vel

@@ -19,7 +19,7 @@ std::string textOf(const Line& line) {
 }  // namespace
 
 void Summary::show(const CPUData& record) {
-  readings_.read(record, kernel_.logicalProcessorCount());
+  readings_.read(record, running_.ofThisRefresh());
   std::string text;
   for (const Line& line : layOut(readings_, labels_, locale_, size_, style_)) {
     text += textOf(line) + "\n";

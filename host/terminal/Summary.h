@@ -14,7 +14,7 @@ class Summary : public Display {
   Summary(const Output& output, Kernel& kernel, const Labels& labels, const Locale& locale,
           LayoutSize size, LayoutStyle style)
       : output_(output),
-        kernel_(kernel),
+        running_(kernel),
         labels_(labels),
         locale_(locale),
         size_(size),
@@ -24,7 +24,7 @@ class Summary : public Display {
 
  private:
   const Output& output_;
-  Kernel& kernel_;
+  RunningProcessors running_;
   const Labels& labels_;
   const Locale& locale_;
   const LayoutSize size_;

@@ -48,7 +48,10 @@ void TerminalHost::watchOutput() {
 
 void TerminalHost::serveKeyboard() {
   loop_.watch(STDIN_FILENO, POLLIN, [this](short) {
-    if (readsEnd(STDIN_FILENO)) {
+    // Read by a program in the background, the terminal would stop it again and again, and it
+    // would never come to see the signal that ends it.
+    const bool end = isForeground(STDIN_FILENO) ? readsEnd(STDIN_FILENO) : !stopProcess(SIGTTIN);
+    if (end) {
       loop_.end();
     }
   });

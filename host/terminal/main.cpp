@@ -67,7 +67,7 @@ bool wantsLiveDisplay(const Options& options) {
 }
 
 Signals takeSignals(bool live) {
-  return live ? Signals{SIGINT, SIGTERM, SIGHUP, SIGWINCH, SIGTSTP, SIGCONT}
+  return live ? Signals{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGWINCH, SIGTSTP, SIGCONT}
               : Signals{SIGINT, SIGTERM, SIGHUP};
 }
 
@@ -93,6 +93,10 @@ BundleLoader loadModule(const Options& options, const Locale& locale) {
 void show(const Options& options, std::vector<std::string> arguments) {
   // Before the first thread, which inherits what is blocked.
   const bool live = wantsLiveDisplay(options);
+  if (live && !isForeground(STDOUT_FILENO)) {
+    // Before signals are blocked: so stopped, it can still be told to end.
+    (void)std::raise(SIGTTOU);
+  }
   Signals signals = takeSignals(live);
 
   const Locale locale = Locale::current();

@@ -28,7 +28,7 @@ TEST(BundleLoader, NamesTheFileAndWhatIsExpected) {
       {R"("contract" = "1";)", R"(Info.strings: "library" is missing, expected the name)"},
       {library + R"("../module.so";)", R"(Info.strings: "library" is "../module.so", expected)"},
       {library + R"("gone.so";)", "gone.so: no such file, expected the module's"},
-      {library + R"("text.so";)", "text.so: cannot be loaded, expected the module's"},
+      {library + R"("text.so";)", "text.so: not a shared library, expected the"},
       {library + R"("faceless.so";)", "faceless.so: no function velCreatePrincipal, expected"},
       {library + R"("module.so"; "creates" = "nothing";)", "module.so: velCreatePrincipal has"},
   };

@@ -27,12 +27,15 @@ Readings readingsOf(std::uint32_t processors) {
   record.set(Reading::systemCPU, 0.125F);
   record.set(Reading::niceCPU, 0.0F);
   record.set(Reading::idleCPU, 0.375F);
-  // With one more that does not run.
-  for (std::uint32_t i = 0; i <= processors; ++i) {
+  // With one more that does not run, and the highest number first in the record.
+  record.set(ProcessorReading::userCPUAll, processors, 1.0F);
+  std::vector<RunningProcessor> running;
+  for (std::uint32_t i = 0; i < processors; ++i) {
     record.set(ProcessorReading::userCPUAll, i, i % 2 == 0 ? 0.25F : 0.75F);
+    running.push_back({static_cast<std::int32_t>(i), processors - 1 - i});
   }
   Readings readings;
-  readings.read(record, processors);
+  readings.read(record, running);
   return readings;
 }
 
@@ -109,7 +112,7 @@ TEST_F(LayoutTest, LeavesOutWhatMattersLeast) {
 
 TEST_F(LayoutTest, ALoadAbove70PercentIsBusy) {
   for (const float share : {0.7F, 0.71F}) {
-    const Readings readings{share, 0.0F, 0.0F, 0.9F, {}, {}, {}, {}, {}};
+    const Readings readings{share, 0.0F, 0.0F, 0.9F, {}, {}, {}, {}, {}, {}};
     const auto lines = layOut(readings, labels_, locale_, {20, 4}, {});
     EXPECT_EQ(lines[0].back().tone == Tone::busy, share > 0.7F);
     EXPECT_NE(lines[3].back().tone, Tone::busy) << "idle";

@@ -6,9 +6,11 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdlib>
 #include <limits>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "host/WakeEvent.h"
 #include "host/terminal/JsonLines.h"
@@ -44,16 +46,23 @@ TEST(Keyboard, LettersInAFunctionKeyAreNotTyped) {
 }
 
 TEST(Output, AStalledReaderDoesNotKeepASignalWaiting) {
-  std::array<int, 2> ends{};
-  ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
+  std::array<int, 2> pipe{};
+  ASSERT_EQ(pipe2(pipe.data(), O_CLOEXEC), 0);
+  const int keyboard = posix_openpt(O_RDWR | O_NOCTTY);
+  ASSERT_TRUE(grantpt(keyboard) == 0 && unlockpt(keyboard) == 0);
+  const int terminal = open(ptsname(keyboard), O_RDWR | O_NOCTTY);
   WakeEvent signal;
   signal.wake();
-  // Many times what a pipe holds; without the interruption this would block for ever.
-  Output(ends[1], signal.descriptor()).write(std::string(1U << 20U, 'x'));
-  char first = '\0';
-  EXPECT_EQ(read(ends[0], &first, 1), 1);
-  close(ends[0]);
-  close(ends[1]);
+  for (const auto& [reader, writer] : {std::pair(pipe[0], pipe[1]), {keyboard, terminal}}) {
+    // Many times what either holds; without the interruption this would block for ever.
+    Output(writer, signal.descriptor()).write(std::string(1U << 20U, 'x'));
+    char first = '\0';
+    EXPECT_EQ(read(reader, &first, 1), 1);
+    // Those who share the file find it as it was.
+    EXPECT_EQ(fcntl(writer, F_GETFL) & O_NONBLOCK, 0);
+    close(reader);
+    close(writer);
+  }
 }
 
 }  // namespace

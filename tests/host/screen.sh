@@ -12,25 +12,27 @@ cleanUp() {
   terminal kill-server 2>/dev/null || :
 }
 
-# The shell in the terminal: it notes the terminal's state before and after the program, and stays.
+# The shell in the terminal: it notes the terminal's state before and after the program and each command that it is
+# given thereafter.
 cat >"$scratch/shell" <<'SHELL'
 #!/usr/bin/env bash
 # shell HANGUP PROGRAM ARGUMENT...: HANGUP is what to do at the terminal's end.
 trap "$1" HUP
-read -r <start || exit
+# Opened once: a child that stops would interrupt the opening.
+exec 5<>start
+read -r <&5
 printf 'before\n'
 stty -g >stty.before
 set -m
 "${@:2}"
-status=$?
-stty -g >stty.after
-echo $status >status
-read -r <start || exit
-fg >/dev/null
-status=$?
-stty -g >stty.after
-echo $status >status
-read -r <start || exit
+while
+  status=$?
+  stty -g >stty.after
+  echo $status >status
+  read -r command <&5
+do
+  eval "$command" >/dev/null
+done
 SHELL
 
 # open WxH HANGUP PROGRAM...: starts a program in a terminal of its own, with a directory and pipes of its own.
@@ -45,6 +47,7 @@ open() {
   terminal new-session -d -x "${1%x*}" -y "${1#*x}" -s test -c "$place" \
     "TERM=tmux-256color exec bash '$scratch/shell' '$2' ${*:3}"
   shell=$(terminal display-message -p -t test '#{pane_pid}')
+  server=$(terminal display-message -p '#{pid}')
   terminal set-option -g status off
   terminal pipe-pane -o -t test "exec cat >'$place/output'"
   echo >"$place/start"
@@ -52,7 +55,9 @@ open() {
 
 # The shell outlives its terminal, to tell the program's status.
 shell=
+server=
 finish() {
+  [[ -z $server ]] || kill -CONT "$server" 2>/dev/null || :
   terminal kill-session -t test 2>/dev/null || :
   [[ -z $shell ]] || kill -KILL "$shell" 2>/dev/null || :
 }
@@ -116,27 +121,46 @@ left 0
 leftScreen
 finish
 
-case='Ctrl-C'
-open 80x24 : "${still[@]}"
-await quit
-terminal send-keys -t test C-c
-left 0
-leftScreen
-finish
+for key in C-c 'C-\'; do
+  case="key $key"
+  open 80x24 : "${still[@]}"
+  await quit
+  terminal send-keys -t test "$key"
+  left 0
+  leftScreen
+  finish
+done
 
 case='SIGTERM while Ctrl-S holds the output'
 open 80x24 : "$program" "${sound[@]}" --interval 0.1
 await quit
 terminal send-keys -t test C-s
 process=$(processId)
-# It goes on refreshing meanwhile, rather than wait for the terminal.
 wakes() { sed -n 's/^voluntary_ctxt_switches:\t//p' "/proc/$process/status"; }
-enough=$(($(wakes) + 4))
-SECONDS=0
-until (($(wakes) >= enough)); do ((SECONDS < 10)) || fail "$case: it waits"; done
+awaitRefreshes() {
+  local enough=$(($(wakes) + 4))
+  SECONDS=0
+  until (($(wakes) >= enough)); do ((SECONDS < 10)) || fail "$case: it waits"; done
+}
+# It goes on refreshing meanwhile, rather than wait for the terminal.
+awaitRefreshes
 kill -TERM "$process"
 left 0
 leftScreen
+finish
+
+case='SIGTERM while the terminal reads nothing'
+open 80x24 : "${still[@]}"
+await quit
+process=$(processId)
+kill -STOP "$server"
+# Each has the whole screen sent anew; a few dozen of them fill what the kernel holds for the terminal.
+for _ in {1..300}; do
+  kill -WINCH "$process"
+  wakes >/dev/null
+done
+kill -TERM "$process"
+left 0
 finish
 
 case='Ctrl-Z'
@@ -146,10 +170,52 @@ terminal send-keys -t test C-z
 left 148
 # Shells put a stopped program's prompt where its screen was left.
 expect "$case: alternate screen and cursor" '0 1 .*' "$(state)"
-echo >"$place/start"
+echo fg >"$place/start"
 await quit
 expect "$case: display after fg" ' Total    50\.0 %  █+▌·+' "$(screen | head -n 1)"
 terminal send-keys -t test q
+left 0
+finish
+
+case='SIGTERM after Ctrl-Z'
+open 80x24 : "${still[@]}"
+await quit
+terminal send-keys -t test C-z
+left 148
+echo 'kill %1; wait -f %1' >"$place/start"
+left 0
+expect "$case: alternate screen and cursor" '0 1 .*' "$(state)"
+finish
+
+# inBackground: opens a display, stops it and lets it go on in the background.
+inBackground() {
+  open 80x24 : "$program" "${sound[@]}" --interval 0.1
+  await quit
+  terminal send-keys -t test C-z
+  left 148
+  process=$(processId)
+  echo bg >"$place/start"
+  left 0
+  awaitRefreshes
+  expect "$case: alternate screen and cursor" '0 1 .*' "$(state)"
+}
+
+case='from the background'
+inBackground
+echo fg >"$place/start"
+await quit
+expect "$case: display after fg" ' Total    50\.0 %  █+▌·+' "$(screen | head -n 1)"
+terminal send-keys -t test q
+left 0
+finish
+
+# What is typed is not for it, but stops it as it does any program in the background.
+case='SIGTERM after typing while in the background'
+inBackground
+terminal send-keys -t test q Enter
+SECONDS=0
+until [[ $(<"/proc/$process/stat") == *') T '* ]]; do ((SECONDS < 10)) || fail "$case: it is not stopped"; done
+echo 'kill %1; kill -CONT %1; wait -f %1' >"$place/start"
 left 0
 finish
 
