@@ -23,6 +23,15 @@ exec 5<>start
 read -r <&5
 printf 'before\n'
 stty -g >stty.before
+# end SIGNAL...: sends the stopped job these and returns its status. Waiting for a job that is still being told to go on
+# would answer that it is stopped.
+end() {
+  local job signal
+  job=$(jobs -p %1)
+  for signal in "$@"; do kill -"$signal" %1; done
+  while kill -0 "$job" 2>/dev/null; do :; done
+  wait "$job"
+}
 set -m
 "${@:2}"
 while
@@ -182,7 +191,7 @@ open 80x24 : "${still[@]}"
 await quit
 terminal send-keys -t test C-z
 left 148
-echo 'kill %1; wait -f %1' >"$place/start"
+echo 'end TERM' >"$place/start"
 left 0
 expect "$case: alternate screen and cursor" '0 1 .*' "$(state)"
 finish
@@ -215,7 +224,7 @@ inBackground
 terminal send-keys -t test q Enter
 SECONDS=0
 until [[ $(<"/proc/$process/stat") == *') T '* ]]; do ((SECONDS < 10)) || fail "$case: it is not stopped"; done
-echo 'kill %1; kill -CONT %1; wait -f %1' >"$place/start"
+echo 'end TERM CONT' >"$place/start"
 left 0
 finish
 
