@@ -228,21 +228,16 @@ echo 'end TERM CONT' >"$place/start"
 left 0
 finish
 
-case='closed terminal'
-open 80x24 : "${still[@]}"
-await quit
-terminal kill-pane -t test
-read -r -t 10 -u 4 status || fail "$case: the program did not end"
-expect "$case: status" 0 "$status"
-finish
-
-case='closed terminal, SIGHUP ignored'
-open 80x24 '' "${still[@]}"
-await quit
-terminal kill-pane -t test
-read -r -t 10 -u 4 status || fail "$case: the program did not end"
-expect "$case: status" 0 "$status"
-finish
+# With SIGHUP taken and with SIGHUP ignored, as nohup does.
+for hangUp in : ''; do
+  case="closed terminal, SIGHUP '$hangUp'"
+  open 80x24 "$hangUp" "${still[@]}"
+  await quit
+  terminal kill-pane -t test
+  read -r -t 10 -u 4 status || fail "$case: the program did not end"
+  expect "$case: status" 0 "$status"
+  finish
+done
 
 case='without colour'
 open 80x24 : env NO_COLOR=1 "${still[@]}"
