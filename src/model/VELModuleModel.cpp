@@ -191,7 +191,7 @@ void VELModuleModel::writeShares(bool statesKnown) {
     const float total = ticks.total();
     machine += ticks;
     core += ticks;
-    // Not core.total(): a core's shares are rounded like the sums of its processors' totals.
+    // Summed like the counts, so that rounding cannot lift a share above 1.
     coreTotal += total;
     if (total != 0.0F) {
       writeShare(CPUData_, kAllShares, running, ticks, total);

@@ -135,15 +135,6 @@ TEST_F(Lifecycle, NoUpdateRunsInsideAnother) {
   machine.notificationCenter.removeObserver(this);
 }
 
-TEST_F(Lifecycle, TheVisibilityFlagsAreKept) {
-  EXPECT_FALSE(model.isStatusViewVisible() || model.isStatusCompactViewVisible() ||
-               model.isStatusExpandedViewVisible() || model.isNotificationCenterViewVisible());
-  model.setIsStatusViewVisible(true);
-  model.setIsStatusExpandedViewVisible(true);
-  EXPECT_TRUE(model.isStatusViewVisible() && model.isStatusExpandedViewVisible());
-  EXPECT_FALSE(model.isStatusCompactViewVisible() || model.isNotificationCenterViewVisible());
-}
-
 TEST(LifecycleEnd, ADestroyedModelHearsNothing) {
   ScriptedPlatform machine;
   { const VELModuleModel gone; }
