@@ -42,6 +42,9 @@ std::error_code readFile(const path& file, std::string& into) {
   return std::ferror(stream.get()) != 0 ? std::make_error_code(std::errc::io_error) : error;
 }
 
+/// What the keys are written in; its table has what differs from them.
+constexpr const char* kDevelopmentLanguage = "en";
+
 /// Reads what can be had of `file`. Returns whether that is all of it; if not, adds the problem.
 bool readTable(const path& file, Table& into, Problems& problems) {
   std::string bytes;
@@ -58,9 +61,10 @@ bool readTable(const path& file, Table& into, Problems& problems) {
   return !table.error;
 }
 
-Table readLocalizable(const path& directory, const std::vector<std::string>& languages,
+Table readLocalizable(const path& directory, std::vector<std::string> languages,
                       Problems& problems) {
   Table table;
+  languages.emplace_back(kDevelopmentLanguage);
   for (const std::string& language : languages) {
     const path file = directory / (language + ".lproj") / "Localizable.strings";
     std::error_code error;  // Whatever it is, but that there is no file, reading comes upon it too.

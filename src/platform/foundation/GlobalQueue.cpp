@@ -45,22 +45,37 @@ void GlobalQueue::startThread() {
   }
 }
 
+void GlobalQueue::waitUntilIdle() {
+  std::unique_lock lock(mutex_);
+  while (threads_.empty() && !tasks_.empty()) {
+    runNext(lock);
+  }
+  allIdle_.wait(lock, [this] { return tasks_.empty() && idle_ == threads_.size(); });
+}
+
 void GlobalQueue::work() {
   std::unique_lock lock(mutex_);
   for (;;) {
     ++idle_;
+    if (tasks_.empty() && idle_ == threads_.size()) {
+      allIdle_.notify_all();
+    }
     wake_.wait(lock, [this] { return ending_ || !tasks_.empty(); });
     --idle_;
     if (tasks_.empty()) {
       return;
     }
-    Task task = std::move(tasks_.front());
-    tasks_.pop_front();
-    lock.unlock();
-    task();
-    task = nullptr;  // Destroys what it holds, which may queue again, before the lock is back.
-    lock.lock();
+    runNext(lock);
   }
+}
+
+void GlobalQueue::runNext(std::unique_lock<std::mutex>& lock) {
+  Task task = std::move(tasks_.front());
+  tasks_.pop_front();
+  lock.unlock();
+  task();
+  task = nullptr;  // Destroys what it holds, which may queue again, before the lock is back.
+  lock.lock();
 }
 
 }  // namespace vel

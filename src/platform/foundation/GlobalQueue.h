@@ -24,13 +24,19 @@ class GlobalQueue : public Queue {
 
   void async(Task task) override;
 
+  /// Waits until no task is queued or running, those included that tasks queue in turn. Not to
+  /// be called from a task.
+  void waitUntilIdle();
+
  private:
   void startThread();  ///< under the lock
   void work();
+  void runNext(std::unique_lock<std::mutex>& lock);
 
   const std::size_t maximumThreads_;
   std::mutex mutex_;
   std::condition_variable wake_;
+  std::condition_variable allIdle_;
   std::deque<Task> tasks_;
   std::vector<std::thread> threads_;
   std::size_t idle_ = 0;

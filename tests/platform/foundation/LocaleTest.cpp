@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "TemporaryDirectory.h"
+#include "support/TemporaryDirectory.h"
 
 /// glibc never frees the list of directories that newlocale makes of LOCPATH.
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the name that LeakSanitizer looks for.
