@@ -10,6 +10,8 @@
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/foundation/Queue.h"
 #include "platform/kernel/Kernel.h"
+#include "platform/windowing/Nib.h"
+#include "platform/windowing/Workspace.h"
 
 namespace vel {
 
@@ -18,6 +20,8 @@ namespace vel {
 struct Platform {
   Kernel& kernel;
   Clock& clock;
+  NibLoader& nibLoader;
+  Workspace& workspace;
   NotificationCenter& notificationCenter;  ///< the default one
   Queue& mainQueue;
   Queue& globalQueue;

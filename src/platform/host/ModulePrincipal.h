@@ -1,21 +1,21 @@
 // The plug-in contract: what a host calls on a module, and how it gets hold of it.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "platform/foundation/Bundle.h"
 #include "platform/host/CPUData.h"
 #include "platform/host/PreferencesStore.h"
+#include "platform/windowing/Menu.h"
 #include "platform/windowing/View.h"
 
 namespace vel {
 
-class Menu;
-
 /// Changes whenever a module built against the one contract could not be called through the other.
 /// A bundle's Info.strings states its own under `kContractKey`; a host refuses any other version
 /// before it calls anything.
-inline constexpr int kContractVersion = 1;
+inline constexpr int kContractVersion = 2;
 inline constexpr const char* kContractKey = "contract";
 /// The Info.strings key that names the bundle's shared library, a file in the bundle's directory.
 inline constexpr const char* kLibraryKey = "library";
@@ -57,7 +57,11 @@ class ModulePrincipal {
   /// The view of the notification-centre widget.
   [[nodiscard]] virtual View* notificationCenterView() const = 0;
 
-  [[nodiscard]] virtual Menu* moduleMenuOption() const = 0;
+  // The module's menus: a new one at every call. A menu is of use as long as the module lives.
+
+  [[nodiscard]] virtual std::unique_ptr<Menu> moduleMenuOption() = 0;
+  /// The launchers of the system's own utilities.
+  [[nodiscard]] virtual std::unique_ptr<Menu> moduleMenuPref() = 0;
 
   /// Takes a sample, unless one has been taken that `updateViews` has not shown yet.
   virtual void updateModel() = 0;

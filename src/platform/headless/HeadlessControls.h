@@ -1,0 +1,118 @@
+// The controls of the settings as plain state, with what the user does to them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/headless/HeadlessView.h"
+#include "platform/windowing/Controls.h"
+
+namespace vel {
+
+/// What the user can choose from: a pop-up's items or a matrix's cells, one of them selected at
+/// most. Of items with the same tag the first answers to it.
+class TaggedItems {
+ public:
+  struct Item {
+    std::string title;
+    std::int64_t tag = 0;
+    bool operator==(const Item&) const = default;
+  };
+
+  void add(Item item) { items_.push_back(std::move(item)); }
+  [[nodiscard]] const std::vector<Item>& all() const { return items_; }
+
+  void deselect() { selected_.reset(); }
+  /// `index` is below `all().size()`.
+  void selectIndex(std::size_t index) { selected_ = index; }
+  /// Without such an item the selection stays. Returns whether it is another now.
+  bool selectTag(std::int64_t tag);
+  [[nodiscard]] std::optional<std::int64_t> selectedTag() const;
+
+ private:
+  std::vector<Item> items_;
+  std::optional<std::size_t> selected_;
+};
+
+template <typename Interface, ControlClass kClass>
+class HeadlessControl : public HeadlessView<Interface> {
+ public:
+  [[nodiscard]] ControlClass controlClass() const override { return kClass; }
+  void setAction(std::function<void()> action) override { action_ = std::move(action); }
+
+ protected:
+  void sendAction() {
+    // A copy: the action may set another.
+    if (const auto action = action_) {
+      action();
+    }
+  }
+
+ private:
+  std::function<void()> action_;
+};
+
+class HeadlessButton : public HeadlessControl<Button, ControlClass::button> {
+ public:
+  [[nodiscard]] std::int64_t state() const override { return on_ ? 1 : 0; }
+  void setState(std::int64_t state) override { on_ = state != 0; }
+
+  [[nodiscard]] const std::string& title() const { return title_; }
+  void setTitle(std::string title) { title_ = std::move(title); }
+
+  /// The user's click: toggles the state.
+  void click();
+
+ private:
+  bool on_ = false;
+  std::string title_;
+};
+
+/// A control with one selection out of some.
+template <typename Interface, ControlClass kClass>
+class HeadlessChoice : public HeadlessControl<Interface, kClass> {
+ public:
+  [[nodiscard]] std::optional<std::int64_t> selectedTag() const override {
+    return items_.selectedTag();
+  }
+
+  [[nodiscard]] TaggedItems& items() { return items_; }
+
+  /// The user's choice. The action is called only if it changes the selection; a tag that nothing
+  /// has cannot be chosen.
+  void choose(std::int64_t tag) {
+    if (items_.selectTag(tag)) {
+      this->sendAction();
+    }
+  }
+
+ private:
+  TaggedItems items_;
+};
+
+class HeadlessMatrix : public HeadlessChoice<Matrix, ControlClass::matrix> {
+ public:
+  void deselectAllCells() override { items().deselect(); }
+  void selectCellWithTag(std::int64_t tag) override { items().selectTag(tag); }
+};
+
+class HeadlessPopUpButton : public HeadlessChoice<PopUpButton, ControlClass::popUpButton> {
+ public:
+  void selectItemWithTag(std::int64_t tag) override { items().selectTag(tag); }
+};
+
+class HeadlessTextField : public HeadlessView<TextField> {
+ public:
+  [[nodiscard]] const std::string& text() const { return text_; }
+  void setText(std::string text) { text_ = std::move(text); }
+
+ private:
+  std::string text_;
+};
+
+}  // namespace vel
