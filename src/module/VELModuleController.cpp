@@ -1,20 +1,20 @@
 #include "module/VELModuleController.h"
 
+#include <iterator>
 #include <utility>
 
 #include "platform/Platform.h"
 #include "platform/host/Broadcasts.h"
+#include "text/Localisation.h"
 
 namespace vel {
 namespace {
 
 constexpr double kSecondsBetweenAlertChecks = 10.0;
 
-template <typename ViewController>
-std::unique_ptr<ViewController> create(
-    const std::function<std::unique_ptr<ViewController>(const std::string&, const Bundle&)>&
-        factory,
-    const std::string& nib, const Bundle& bundle) {
+template <typename Factory>
+typename Factory::result_type create(const Factory& factory, const std::string& nib,
+                                     const Bundle& bundle) {
   return factory ? factory(nib, bundle) : nullptr;
 }
 
@@ -63,6 +63,8 @@ void VELModuleController::bindVariables() {
 void VELModuleController::unbindVariables() {
   if (viewcontroller_) {
     viewcontroller_->cpuData().unbind();
+    // It may outlive the record.
+    viewcontroller_->cpuData().set(nullptr);
   }
 }
 
@@ -115,6 +117,42 @@ void VELModuleController::notificationInforModelOfVisibleViews(const void* /*obj
   modulemodelobj_->setIsStatusCompactViewVisible(true);
   modulemodelobj_->setIsStatusExpandedViewVisible(true);
   modulemodelobj_->setIsStatusViewVisible(true);
+}
+
+// --- Menu ---
+
+void VELModuleController::buildMenuActions() {
+  dicoActions_ = {
+      {"Open Activity Monitor...", "/Applications/Utilities/Activity Monitor.app"},
+      {"Open Console...", "/Applications/Utilities/Console.app"},
+      {"Open Terminal...", "/Applications/Utilities/Terminal.app"},
+  };
+}
+
+std::unique_ptr<Menu> VELModuleController::moduleMenuPref() {
+  if (dicoActions_.empty()) {
+    buildMenuActions();
+  }
+  Workspace& workspace = Platform::current().workspace;
+  auto menu = std::make_unique<Menu>();
+  for (std::int64_t index = 0; const auto& [title, path] : dicoActions_) {
+    MenuItem item;
+    item.title = VELLoc(bundle_, title);
+    item.action = [this](const MenuItem& sender) { actionOpenUtilities(sender); };
+    item.tag = index++;
+    item.mixedStateImage = workspace.iconForFile(path);
+    const Workspace::Opener opener = workspace.openerOfFile(path);
+    item.toolTip = opener.note;
+    item.enabled = opener.exists;
+    menu->addItem(std::move(item));
+  }
+  return menu;
+}
+
+void VELModuleController::actionOpenUtilities(const MenuItem& sender) const {
+  if (sender.tag >= 0 && sender.tag < std::ssize(dicoActions_)) {
+    Platform::current().workspace.openFile(dicoActions_[static_cast<std::size_t>(sender.tag)].path);
+  }
 }
 
 // --- Refresh ---

@@ -5,11 +5,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "model/VELModuleModel.h"
 #include "module/ViewControllers.h"
 #include "platform/foundation/Bundle.h"
 #include "platform/host/ModulePrincipal.h"
+#include "platform/windowing/Menu.h"
 #include "processes/VELCPUProcessesInfo.h"
 
 namespace vel {
@@ -39,7 +41,8 @@ class VELModuleController : public ModulePrincipal {
   [[nodiscard]] View* preferencesModuleView() const override;
   [[nodiscard]] View* preferenceNotificationView() const override;
   /// The module adds no options menu.
-  [[nodiscard]] Menu* moduleMenuOption() const override { return nullptr; }
+  [[nodiscard]] std::unique_ptr<Menu> moduleMenuOption() override { return nullptr; }
+  [[nodiscard]] std::unique_ptr<Menu> moduleMenuPref() override;
 
   /// Also reads the process table: at every refresh while a panel is on screen, and otherwise only
   /// for the CPU alert, while that is on and an alert check is due.
@@ -57,6 +60,15 @@ class VELModuleController : public ModulePrincipal {
  private:
   enum class Mode : std::int64_t { mainApp = 0, notificationCenter = 1 };
 
+  /// A launcher of the menu.
+  struct UtilityAction {
+    std::string title;  ///< a key of the "Localizable" table
+    std::string path;
+  };
+
+  void buildMenuActions();
+  void actionOpenUtilities(const MenuItem& sender) const;
+
   void coreInfoDidChange();
   void bindVariables();
   void unbindVariables();
@@ -70,9 +82,10 @@ class VELModuleController : public ModulePrincipal {
   std::string bundleIdentifier_;
   // The model goes last: the view controllers are bound to its record.
   std::unique_ptr<VELModuleModel> modulemodelobj_;
-  std::unique_ptr<MainViewController> viewcontroller_;
+  std::shared_ptr<MainViewController> viewcontroller_;
   std::unique_ptr<WidgetViewController> ncviewcontroller_;
   Mode moduleUsed_ = Mode::mainApp;
+  std::vector<UtilityAction> dicoActions_;  ///< by the items' tags; empty until first needed
   std::optional<double> lastDate_;  ///< when the last alert check was admitted, seconds since 1970
   bool isProcessing_ = false;
   PreferencesStore* velPreferencesDefault_ = nullptr;

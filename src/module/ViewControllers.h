@@ -22,7 +22,8 @@ class AlertSettingsView : public View {
   [[nodiscard]] virtual float currentThresholdValue() const = 0;
 };
 
-/// The view controller of the menu-bar application. The views belong to it.
+/// The view controller of the menu-bar application. The views belong to it. Shared with its work
+/// under way, so that it may outlive the principal object and the record.
 class MainViewController {
  public:
   MainViewController() = default;
@@ -61,7 +62,7 @@ class WidgetViewController {
 /// Creates a view controller from the nib of that name in a bundle; null when there is none. A
 /// function that is not set counts as one that answers null.
 struct ViewControllers {
-  std::function<std::unique_ptr<MainViewController>(const std::string& nib, const Bundle&)> main;
+  std::function<std::shared_ptr<MainViewController>(const std::string& nib, const Bundle&)> main;
   std::function<std::unique_ptr<WidgetViewController>(const std::string& nib, const Bundle&)>
       widget;
 };

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/headless/HeadlessView.h"
 #include "platform/host/Broadcasts.h"
 #include "support/ScriptedPlatform.h"
 
@@ -16,7 +17,7 @@ namespace {
 
 using Log = std::vector<std::string>;
 
-struct ScriptedView : View {
+struct ScriptedView : HeadlessView<View> {
   explicit ScriptedView(std::string viewName, Log& viewLog)
       : name(std::move(viewName)), log(viewLog) {}
   [[nodiscard]] bool isWindowVisible() const override {
@@ -28,8 +29,7 @@ struct ScriptedView : View {
   bool visible = false;
 };
 
-struct ScriptedAlert : AlertSettingsView {
-  [[nodiscard]] bool isWindowVisible() const override { return false; }
+struct ScriptedAlert : HeadlessView<AlertSettingsView> {
   [[nodiscard]] bool isActivated() const override { return on; }
   [[nodiscard]] float currentThresholdValue() const override { return 30.0F; }
   bool on = false;
@@ -159,6 +159,40 @@ TEST_F(Controller, EntersTheMainApplicationInOrder) {
   EXPECT_EQ(controller->notificationCenterView(), nullptr);
   EXPECT_EQ(controller->moduleName(), "Cpu");
   EXPECT_EQ(controller->moduleMenuOption(), nullptr);
+}
+
+TEST_F(Controller, OffersTheUtilitiesThatTheDesktopHas) {
+  const std::string utilities = "/Applications/Utilities/";
+  const Image icon{"terminal"};
+  machine.workspace.applications = {
+      {utilities + "Console.app", {std::nullopt, {.exists = false, .note = "No log viewer"}}},
+      {utilities + "Terminal.app", {icon, {.exists = true, .note = "xterm"}}}};
+  const auto first = controller->moduleMenuPref();
+  const auto menu = controller->moduleMenuPref();
+  EXPECT_NE(first, menu);
+  ASSERT_EQ(menu->items().size(), 3U);
+
+  const MenuItem& console = menu->items()[1];
+  EXPECT_EQ(console.title, "Open Console...");
+  EXPECT_EQ(console.toolTip, "No log viewer");
+  EXPECT_FALSE(console.enabled);
+  EXPECT_EQ(console.mixedStateImage, std::nullopt);
+  const MenuItem& terminal = menu->items()[2];
+  EXPECT_EQ(terminal.toolTip, "xterm");
+  EXPECT_TRUE(terminal.enabled);
+  EXPECT_EQ(terminal.mixedStateImage, icon);
+
+  for (const MenuItem& item : first->items()) {
+    item.action(item);
+  }
+  for (const std::int64_t tag : {-1, 3}) {
+    MenuItem stranger;
+    stranger.tag = tag;
+    terminal.action(stranger);
+  }
+  EXPECT_EQ(machine.workspace.openedPaths,
+            (Log{utilities + "Activity Monitor.app", utilities + "Console.app",
+                 utilities + "Terminal.app"}));
 }
 
 TEST_F(Controller, HandsAChangedProcessorCountToTheViewsInTheMiddleOfASample) {

@@ -1,13 +1,17 @@
 // Everything that the module needs around it, installed for as long as it lives.
 #pragma once
 
+#include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "platform/Platform.h"
 #include "platform/foundation/MainQueue.h"
+#include "platform/headless/HeadlessNib.h"
+#include "platform/headless/HeadlessWorkspace.h"
 
 namespace vel::test {
 
@@ -25,6 +29,27 @@ inline Bundle moduleBundle(std::vector<std::string> languages = {}) {
   return openBundle(VEL_MODULE_RESOURCES, std::move(languages));
 }
 
+/// Shows the tests the nib that was loaded last, which belongs to whoever loaded it.
+class ObservedNibLoader : public HeadlessNibLoader {
+ public:
+  using HeadlessNibLoader::HeadlessNibLoader;
+
+  std::unique_ptr<Nib> load(const Bundle& bundle, const std::string& name) override {
+    auto nib = HeadlessNibLoader::load(bundle, name);
+    loaded = nib.get();
+    return nib;
+  }
+
+  /// An object of that nib; one that is not there fails the test by an exception.
+  template <typename T>
+  T& object(std::string_view name) {
+    T* object = loaded == nullptr ? nullptr : loaded->outlet<T>(name);
+    return object == nullptr ? throw std::runtime_error("no " + std::string(name)) : *object;
+  }
+
+  Nib* loaded = nullptr;
+};
+
 template <typename AnyKernel, typename AnyClock>
 struct InstalledPlatform {
   template <typename... Roots>
@@ -32,12 +57,17 @@ struct InstalledPlatform {
 
   AnyKernel kernel;
   AnyClock clock;
+  std::vector<std::string> nibProblems;
+  ObservedNibLoader nibLoader{
+      [this](std::string problem) { nibProblems.push_back(std::move(problem)); }};
+  HeadlessWorkspace workspace;
   NotificationCenter notificationCenter;
   MainQueue queue;
   Locale locale;
   Bundle bundle = moduleBundle();
   Bundle mainBundle = openBundle(VEL_HOST_RESOURCES);
-  Platform platform{kernel, clock, notificationCenter, queue, queue, locale, mainBundle, {}};
+  Platform platform{kernel, clock, nibLoader, workspace,  notificationCenter,
+                    queue,  queue, locale,    mainBundle, {}};
   PlatformInstallation installation{platform};
 };
 

@@ -1,0 +1,296 @@
+// The settings, from the module's own nib: what is broadcast, what is written, and in which order.
+#include "views/preferences/VELViewsController.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <map>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/TemporaryDirectory.h"
+#include "module/VELModuleController.h"
+#include "platform/headless/HeadlessControls.h"
+#include "platform/host/Broadcasts.h"
+#include "support/ScriptedPlatform.h"
+
+namespace vel::test {
+namespace {
+
+using Log = std::vector<std::string>;
+using Values = std::map<std::string, std::int64_t, std::less<>>;
+
+struct Store : PreferencesStore {
+  explicit Store(Log& storeLog) : log(storeLog) {}
+  [[nodiscard]] std::optional<std::int64_t> objectForKey(std::string_view key,
+                                                         std::string_view id) const override {
+    EXPECT_EQ(id, "org.velbar.cpu");
+    const auto value = values.find(key);
+    return value == values.end() ? std::nullopt : std::optional(value->second);
+  }
+  void setObject(std::int64_t value, std::string_view key, std::string_view id) override {
+    EXPECT_EQ(id, "org.velbar.cpu");
+    log.push_back(std::string(key) + " = " + std::to_string(value));
+  }
+  Values values;
+  Log& log;
+};
+
+class Preferences : public testing::Test {
+ protected:
+  Preferences() {
+    using namespace broadcast;
+    for (const auto name : {iconStatusChanged, iconSubItemsChanged, showGraph, menuBarGaugeType,
+                            top5Type, coresDisplayed, gfxGPUStatusChanged}) {
+      machine.notificationCenter.addObserver(this, name, [this](const Notification& notification) {
+        log.push_back(std::string(notification.name.substr(8)) + " " +
+                      std::to_string(notification.object.value()));
+      });
+    }
+    machine.kernel.count = machine.kernel.logical = 8;
+    machine.kernel.physical = 4;
+  }
+
+  void start(const Bundle& bundle) {
+    ViewControllers views;
+    views.main = [](const auto& nib, const Bundle& nibBundle) {
+      return std::make_shared<VELViewsController>(nib, nibBundle);
+    };
+    module = std::make_unique<VELModuleController>(bundle, std::move(views));
+    module->initMainApp();
+  }
+
+  void startWithStore() {
+    start(machine.bundle);
+    module->setVelPreferencesDefault(&store);
+    drain();
+    log.clear();
+  }
+
+  /// Through the global queue, which is the same here, to the main queue.
+  void drain() {
+    machine.queue.drain();
+    machine.queue.drain();
+  }
+
+  Log taken() { return std::exchange(log, {}); }
+
+  template <typename T>
+  T& object(std::string_view name) {
+    return machine.nibLoader.object<T>(name);
+  }
+
+  ScriptedPlatform machine;
+  Log log;
+  Store store{log};
+  std::unique_ptr<VELModuleController> module;
+};
+
+TEST_F(Preferences, AreLoadedAndBroadcastInOrderAndNeverWritten) {
+  start(machine.bundle);
+  EXPECT_EQ(taken(), (Log{"IconStatusChanged 1", "IconSubItemsChanged 7", "ShowGraph 0",
+                          "MenuBarGaugeType 0", "Top5Type 1", "CoresDisplayed 0"}));
+  EXPECT_EQ(machine.nibProblems, Log{});
+  EXPECT_EQ(module->statusbarView(), &object<View>("statusbarview"));
+  EXPECT_EQ(module->preferencesModuleView(), &object<View>("preferencesview"));
+  EXPECT_TRUE(object<View>("gpugfxTxtField").isHidden());
+  EXPECT_TRUE(object<View>("gpugfxBtn").isHidden());
+
+  struct Case {
+    Values stored;
+    std::vector<int> posted;  ///< in the order above
+  };
+  const Case cases[] = {
+      {{{"showDisplay", 0}}, {0, 6, 0, 0, 1, 0}},
+      {{{"showDisplay", 1}, {"subItemsDisplayed", 0}, {"gfxGPU", 1}}, {1, 1, 0, 0, 1, 0}},
+      {{{"showDisplay", 0}, {"subItemsDisplayed", 1}}, {0, 0, 0, 0, 1, 0}},
+      {{{"showGraph", 1}, {"gaugeType", 3}, {"cpuTop5Type", 0}, {"cpucoresdisplayed", 2}},
+       {1, 7, 1, 3, 0, 2}},
+      // What no control offers.
+      {{{"showDisplay", 9}, {"gaugeType", 9}, {"cpucoresdisplayed", 9}}, {0, 6, 0, 3, 0, 2}},
+      {{}, {1, 7, 0, 3, 0, 0}},
+  };
+  for (std::size_t i = 0; const auto& [stored, posted] : cases) {
+    SCOPED_TRACE(i++);
+    store.values = stored;
+    module->setVelPreferencesDefault(&store);
+    std::vector<int> values;
+    for (const auto& line : taken()) {
+      values.push_back(std::stoi(line.substr(line.find(' '))));
+    }
+    EXPECT_EQ(values, posted);
+    EXPECT_EQ(object<HeadlessButton>("showGauge").state(), (posted[1] & 2) / 2);
+    EXPECT_EQ(object<HeadlessButton>("showModuleName").state(), (posted[1] & 4) / 4);
+  }
+}
+
+TEST_F(Preferences, AreBroadcastBeforeTheyAreSaved) {
+  startWithStore();
+  struct Case {
+    std::function<void()> change;
+    Log atOnce;
+    Log later;
+  };
+  const auto click = [this](const char* name) {
+    return [this, name] { object<HeadlessButton>(name).click(); };
+  };
+  const auto choose = [this](const char* name, std::int64_t tag) {
+    return [this, name, tag] { object<HeadlessPopUpButton>(name).choose(tag); };
+  };
+  const Case cases[] = {
+      {[this] { object<HeadlessMatrix>("showDisplayButton").choose(0); },
+       {},
+       {"IconStatusChanged 0", "showDisplay = 0", "IconSubItemsChanged 6",
+        "subItemsDisplayed = 6"}},
+      {click("showGauge"), {}, {"IconSubItemsChanged 4", "subItemsDisplayed = 4"}},
+      {click("showModuleName"), {}, {"IconSubItemsChanged 0", "subItemsDisplayed = 0"}},
+      {click("btnShowGraph"), {}, {"ShowGraph 1", "showGraph = 1"}},
+      {click("gpugfxBtn"), {}, {"GFXGPUStatusChanged 1", "gfxGPU = 1"}},
+      {choose("popupGaugeType", 2), {"MenuBarGaugeType 2"}, {"gaugeType = 2"}},
+      {choose("popupCPUTop5Type", 0), {"Top5Type 0"}, {"cpuTop5Type = 0"}},
+      {choose("popupCPUCoresDisplayed", 1), {"CoresDisplayed 1"}, {"cpucoresdisplayed = 1"}},
+  };
+  for (const auto& [change, atOnce, later] : cases) {
+    SCOPED_TRACE(later.front());
+    change();
+    EXPECT_EQ(taken(), atOnce);
+    drain();
+    EXPECT_EQ(taken(), later);
+  }
+  // What is saved is how the control stands then.
+  click("showGauge")();
+  click("showGauge")();
+  drain();
+  EXPECT_EQ(taken(), (Log{"IconSubItemsChanged 0", "subItemsDisplayed = 0", "IconSubItemsChanged 0",
+                          "subItemsDisplayed = 0"}));
+}
+
+TEST_F(Preferences, ChooseTheGraphsThatARefreshFeeds) {
+  startWithStore();
+  machine.kernel.processors.assign(8, {});
+  module->updateModel();
+  for (auto& processor : machine.kernel.processors) {
+    processor = {.user = 2, .system = 1, .idle = 5};
+  }
+  module->updateViews();
+  module->updateModel();
+  module->updateViews();
+  const auto& histories = object<VELGraphArraysMultiple>("grapharrayobjMultiple");
+  EXPECT_EQ(histories.seriesCount(), 1U);
+  EXPECT_EQ(histories.value(0, 0), 37.5F);
+  EXPECT_EQ(object<VELMenuBarText>("percentageLabel").stringValue(), "38%");
+  for (const auto& [tag, graphs] : {std::pair{1, 4U}, {2, 8U}}) {
+    object<HeadlessPopUpButton>("popupCPUCoresDisplayed").choose(tag);
+    module->updateViews();
+    EXPECT_EQ(histories.seriesCount(), graphs);
+    EXPECT_EQ(histories.value(graphs - 1, 0), 37.5F);
+  }
+  machine.notificationCenter.post(broadcast::coresDisplayed, 3);
+  module->updateViews();
+  EXPECT_EQ(histories.size(0), 4U);
+}
+
+/// A queue whose tasks stay where they are after they have run.
+struct LingeringQueue : Queue {
+  void async(Task task) override { tasks.push_back(std::move(task)); }
+  std::vector<Task> tasks;
+};
+
+TEST_F(Preferences, AreSavedThoughTheModuleHasGone) {
+  LingeringQueue global;
+  Platform platform{machine.kernel,
+                    machine.clock,
+                    machine.nibLoader,
+                    machine.workspace,
+                    machine.notificationCenter,
+                    machine.queue,
+                    global,
+                    machine.locale,
+                    machine.mainBundle,
+                    {}};
+  const PlatformInstallation installation(platform);
+  startWithStore();
+  const auto life = std::make_shared<int>();
+  object<View>("view").setDidDraw([life] {});
+  object<HeadlessMatrix>("showDisplayButton").choose(0);
+  object<HeadlessMatrix>("showDisplayButton").choose(1);
+  module.reset();
+  ASSERT_EQ(global.tasks.size(), 2U);
+  global.tasks[0]();
+  global.tasks[1]();
+  machine.queue.drain();
+  EXPECT_EQ(taken().back(), "subItemsDisplayed = 7");
+  // Had they stayed with the global queue's tasks, its threads would destroy the views.
+  EXPECT_EQ(life.use_count(), 1);
+}
+
+TEST_F(Preferences, FollowReportsFromOtherThreads) {
+  startWithStore();
+  machine.notificationCenter.removeObserver(this);
+  std::thread reports([this] {
+    for (std::uint32_t i = 0; i <= 300; ++i) {
+      machine.kernel.logical = 1 + i % 8;
+      machine.notificationCenter.post(broadcast::needUpdateCoreInfo);
+      machine.notificationCenter.post(broadcast::coresDisplayed, i % 3 + 2);
+    }
+  });
+  for (int i = 0; i < 300; ++i) {
+    module->updateViews();
+    machine.queue.drain();
+  }
+  reports.join();
+  machine.queue.drain();
+  EXPECT_EQ(object<VELGaugeViewMultiple>("gaugeView").gauges().size(), 5U);
+}
+
+/// A bundle of the module's whose main nib has `from` replaced by `to`.
+struct AlteredBundle {
+  AlteredBundle(const std::string& from, const std::string& to) {
+    const std::filesystem::path source = VEL_MODULE_RESOURCES;
+    std::filesystem::copy_file(source / "Info.strings", directory.path + "/Info.strings");
+    std::ifstream file(source / "VELViewsController.ui");
+    std::string text(std::istreambuf_iterator<char>(file), {});
+    text.replace(text.find(from), from.size(), to);
+    std::ofstream(directory.path + "/VELViewsController.ui") << text;
+    bundle.emplace(openBundle(directory.path.c_str()));
+  }
+  TemporaryDirectory directory;
+  std::optional<Bundle> bundle;
+};
+
+TEST_F(Preferences, AreMissingAsAWholeWithAnOutlet) {
+  struct Case {
+    const char* from;
+    const char* to;
+    const char* problem;
+  };
+  const Case cases[] = {
+      {R"("showGauge")", R"("other")", R"(outlet "showGauge" is missing, expected a QCheckBox)"},
+      {R"("QComboBox" name="popupGaugeType")", R"("QWidget" name="popupGaugeType")",
+       R"(outlet "popupGaugeType" is a QWidget, expected a QComboBox)"},
+      {R"("gaugeView")", R"("other")", R"(outlet "gaugeView" is missing, expected a VELGauge)"},
+      {"<ui", "<iu", "VELViewsController.ui:"},
+  };
+  for (const auto& [from, to, problem] : cases) {
+    SCOPED_TRACE(problem);
+    const AlteredBundle altered(from, to);
+    machine.nibProblems.clear();
+    start(*altered.bundle);
+    ASSERT_EQ(machine.nibProblems.size(), 1U);
+    EXPECT_NE(machine.nibProblems[0].find(problem), std::string::npos) << machine.nibProblems[0];
+    module->setVelPreferencesDefault(&store);
+    machine.notificationCenter.post(broadcast::needUpdateCoreInfo);
+    module->updateModel();
+    module->updateViews();
+    EXPECT_EQ(module->statusbarView(), nullptr);
+    EXPECT_EQ(module->preferencesModuleView(), nullptr);
+    EXPECT_EQ(taken(), Log{});
+  }
+}
+
+}  // namespace
+}  // namespace vel::test
