@@ -1,0 +1,32 @@
+#include "host/HostSettings.h"
+
+#include <algorithm>
+
+namespace vel {
+namespace {
+
+constexpr const char* kRefreshInterval = "refreshInterval";
+constexpr const char* kAppearance = "appearance";
+constexpr std::int64_t kDefaultInterval = 1000;
+
+}  // namespace
+
+std::int64_t HostSettings::refreshInterval() const {
+  const auto milliseconds = store_.objectForKey(kRefreshInterval, kSection);
+  return std::clamp(milliseconds.value_or(kDefaultInterval), kShortestInterval, kLongestInterval);
+}
+
+void HostSettings::setRefreshInterval(std::int64_t milliseconds) {
+  store_.setObject(milliseconds, kRefreshInterval, kSection);
+}
+
+Appearance HostSettings::appearance() const {
+  const auto value = store_.objectForKey(kAppearance, kSection);
+  return value == 1 ? Appearance::light : value == 2 ? Appearance::dark : Appearance::followDesktop;
+}
+
+void HostSettings::setAppearance(Appearance appearance) {
+  store_.setObject(static_cast<std::int64_t>(appearance), kAppearance, kSection);
+}
+
+}  // namespace vel

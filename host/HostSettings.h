@@ -1,0 +1,33 @@
+// The host's own settings, in the store's section of the host.
+#pragma once
+
+#include <cstdint>
+
+#include "host/Appearance.h"
+#include "platform/host/PreferencesStore.h"
+
+namespace vel {
+
+class HostSettings {
+ public:
+  static constexpr const char* kSection = "org.velbar.host";
+
+  /// The store outlives this object.
+  explicit HostSettings(PreferencesStore& store) : store_(store) {}
+
+  /// From one refresh to the next, in milliseconds, within the limits; 1,000 by default.
+  [[nodiscard]] std::int64_t refreshInterval() const;
+  void setRefreshInterval(std::int64_t milliseconds);
+
+  /// The desktop's by default, and for a value that means nothing.
+  [[nodiscard]] Appearance appearance() const;
+  void setAppearance(Appearance appearance);
+
+  static constexpr std::int64_t kShortestInterval = 100;
+  static constexpr std::int64_t kLongestInterval = 3'600'000;
+
+ private:
+  PreferencesStore& store_;
+};
+
+}  // namespace vel
