@@ -68,9 +68,9 @@ void HostOptions::addTo(CLI::App& app) {
              throw CLI::ValidationError(
                  "--interval", "\"" + text + "\" is not a number of seconds from 0.1 to 3600");
            }
-           interval = *seconds;
+           interval = seconds;
          },
-         "Time from one refresh to the next, from 0.1\nto 3600; 1 by default")
+         "Time from one refresh to the next, from 0.1\nto 3600; the setting or 1 by default")
       ->type_name("SECONDS");
   app.add_option_function<std::string>(
          "--bundle",

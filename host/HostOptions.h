@@ -15,7 +15,7 @@ struct HostOptions {
   std::filesystem::path bundle;  ///< empty for the installed one
   std::filesystem::path proc = "/proc";
   std::filesystem::path sys = "/sys";
-  double interval = 1.0;  ///< seconds from one refresh to the next
+  std::optional<double> interval;  ///< seconds from one refresh to the next
 
   /// Adds the options to `app`, which must not outlive this object.
   void addTo(CLI::App& app);

@@ -14,8 +14,7 @@ std::string_view localized(const Bundle* bundle, std::string_view english) {
 }  // namespace
 
 Labels::Labels(const Bundle* bundle)
-    : total(decode(localized(bundle, "Total"))),
-      user(decode(localized(bundle, "User"))),
+    : user(decode(localized(bundle, "User"))),
       system(decode(localized(bundle, "System"))),
       nice(decode(localized(bundle, "Nice"))),
       idle(decode(localized(bundle, "Idle"))),

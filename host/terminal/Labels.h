@@ -11,7 +11,6 @@ struct Labels {
   /// From the host's bundle; without one, English.
   explicit Labels(const Bundle* bundle);
 
-  std::wstring total;
   std::wstring user;
   std::wstring system;
   std::wstring nice;

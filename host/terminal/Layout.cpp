@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "host/terminal/Bar.h"
+#include "host/terminal/GaugeRow.h"
 #include "host/terminal/ProcessorGrid.h"
 #include "host/terminal/Text.h"
 #include "host/terminal/Uptime.h"
@@ -18,7 +19,7 @@
 namespace vel {
 namespace {
 
-/// As in the menu bar's gauge: above this share a gauge is red.
+/// As in the menu bar's item: above this share a gauge is red.
 constexpr double kBusy = 0.7;
 
 constexpr int kLongPercentage = 7;   ///< "100.0 %"
@@ -41,9 +42,10 @@ Line statusItem(const std::wstring& label, const std::wstring& value) {
 
 class Layout {
  public:
-  Layout(const Readings& readings, const Labels& labels, const Locale& locale, LayoutSize size,
-         LayoutStyle style)
-      : readings_(readings),
+  Layout(const Item& item, const Readings& readings, const Labels& labels, const Locale& locale,
+         LayoutSize size, LayoutStyle style)
+      : item_(item),
+        readings_(readings),
         labels_(labels),
         locale_(locale),
         style_(style),
@@ -57,7 +59,6 @@ class Layout {
   struct Gauge {
     const std::wstring& label;
     Readings::Share share;
-    Tone labelTone = Tone::normal;
     Tone barTone = Tone::gauge;
   };
 
@@ -72,6 +73,8 @@ class Layout {
   void addProcessors();
   void addKeyHints();
 
+  [[nodiscard]] Line itemLine() const;
+  void appendItemGauges(Line& line, int columns) const;
   [[nodiscard]] Line gaugeLine(const Gauge& gauge) const;
   void appendCell(Line& line, int gauge) const;
   void appendBar(Line& line, Readings::Share share, int columns, Tone tone) const;
@@ -82,6 +85,7 @@ class Layout {
   [[nodiscard]] std::wstring loadText() const;
   [[nodiscard]] float meanOf(int gauge) const;
 
+  const Item& item_;
   const Readings& readings_;
   const Labels& labels_;
   const Locale& locale_;
@@ -107,7 +111,8 @@ int Layout::take(int rows) {
 std::vector<Line> Layout::lines() {
   std::vector<Line> status = statusLines();
   // In the order of importance.
-  const int gauges = take(4);
+  const bool item = !item_.isEmpty() && take(1) == 1;
+  const int gauges = take(3);
   status.resize(static_cast<std::size_t>(take(static_cast<int>(status.size()))));
   planProcessors(style_.keyHints ? 5 : 3);
   const bool nice = take(1) == 1;
@@ -116,6 +121,9 @@ std::vector<Line> Layout::lines() {
   const int gapBeforeStatus = status.empty() ? 0 : take(1);
 
   setLabelWidth();
+  if (item) {
+    add(itemLine());
+  }
   addGauges(gauges, nice);
   addBlank(gapBeforeProcessors);
   addProcessors();
@@ -142,8 +150,7 @@ void Layout::planProcessors(int extraRows) {
 }
 
 void Layout::setLabelWidth() {
-  for (const auto* label :
-       {&labels_.total, &labels_.user, &labels_.system, &labels_.nice, &labels_.idle}) {
+  for (const auto* label : {&labels_.user, &labels_.system, &labels_.nice, &labels_.idle}) {
     labelWidth_ = std::max(labelWidth_, widthOf(*label));
   }
   if (grid_ && grid_->columns == 1) {
@@ -169,19 +176,48 @@ void Layout::addBlank(int rows) {
 
 void Layout::addGauges(int count, bool withNice) {
   if (count > 0) {
-    add(gaugeLine({labels_.total, readings_.total(), Tone::strong}));
-  }
-  if (count > 1) {
     add(gaugeLine({labels_.user, readings_.user}));
   }
-  if (count > 2) {
+  if (count > 1) {
     add(gaugeLine({labels_.system, readings_.system}));
   }
   if (withNice) {
     add(gaugeLine({labels_.nice, readings_.nice}));
   }
-  if (count > 3) {
-    add(gaugeLine({labels_.idle, readings_.idle, Tone::normal, Tone::gaugeIdle}));
+  if (count > 2) {
+    add(gaugeLine({labels_.idle, readings_.idle, Tone::gaugeIdle}));
+  }
+}
+
+/// The name stands among the labels and the text among the percentages. Where there is no room for
+/// all, the text alone is shown, and where there is none for that either, the gauges.
+Line Layout::itemLine() const {
+  const std::wstring name = decode(item_.name);
+  const std::wstring text = decode(item_.text);
+  Line line;
+  if (width_ >= labelWidth_ + kGap + kLongPercentage) {
+    line.push_back({paddedRight(clipped(name, labelWidth_), labelWidth_ + kGap), Tone::strong});
+    line.push_back({paddedLeft(text, kLongPercentage)});
+    const int columns = width_ - widthOfLine(line) - kGap;
+    if (columns >= kLeastBar) {
+      line.push_back({std::wstring(kGap, L' ')});
+      appendItemGauges(line, columns);
+    }
+  } else if (item_.gauges.empty() || (width_ >= kShortPercentage && !text.empty())) {
+    line.push_back({paddedLeft(text.empty() ? name : text, std::min(width_, kLongPercentage))});
+  } else {
+    appendItemGauges(line, width_);
+  }
+  return line;
+}
+
+void Layout::appendItemGauges(Line& line, int columns) const {
+  const auto& gauges = item_.gauges;
+  if (gauges.size() == 1) {
+    appendBar(line, gauges[0].share, columns, gauges[0].busy ? Tone::busy : Tone::gauge);
+  } else {
+    Line row = gaugeRow(gauges, columns, style_.blocks);
+    std::move(row.begin(), row.end(), std::back_inserter(line));
   }
 }
 
@@ -199,7 +235,7 @@ Line Layout::gaugeLine(const Gauge& gauge) const {
   } else if (width_ < labelWidth_ + kGap + kLongPercentage) {
     line.push_back({exact, numberTone});
   } else {
-    line.push_back({paddedRight(gauge.label, labelWidth_ + kGap), gauge.labelTone});
+    line.push_back({paddedRight(gauge.label, labelWidth_ + kGap)});
     line.push_back({exact, numberTone});
     const int barWidth = width_ - widthOfLine(line) - kGap;
     if (barWidth >= kLeastBar) {
@@ -302,9 +338,9 @@ std::wstring Layout::loadText() const {
 
 }  // namespace
 
-std::vector<Line> layOut(const Readings& readings, const Labels& labels, const Locale& locale,
-                         LayoutSize size, LayoutStyle style) {
-  return Layout(readings, labels, locale, size, style).lines();
+std::vector<Line> layOut(const Item& item, const Readings& readings, const Labels& labels,
+                         const Locale& locale, LayoutSize size, LayoutStyle style) {
+  return Layout(item, readings, labels, locale, size, style).lines();
 }
 
 }  // namespace vel

@@ -2,11 +2,12 @@
 
 #include <csignal>
 
-#include "host/terminal/Signals.h"
+#include "host/Signals.h"
 
 namespace vel {
 
 void LiveDisplay::show(const CPUData& record) {
+  item_.read(itemView_);
   readings_.read(record, running_.ofThisRefresh());
   paint();
 }
@@ -28,7 +29,7 @@ void LiveDisplay::restore() {
 
 void LiveDisplay::paint() {
   if (screen_.take()) {
-    screen_.paint(layOut(readings_, labels_, locale_, screen_.size(), style_));
+    screen_.paint(layOut(item_, readings_, labels_, locale_, screen_.size(), style_));
   }
 }
 

@@ -10,9 +10,11 @@ namespace vel {
 
 class LiveDisplay : public Display {
  public:
-  /// Throws std::runtime_error when the terminal cannot be set up.
-  LiveDisplay(Kernel& kernel, const Labels& labels, const Locale& locale, LayoutStyle style)
-      : running_(kernel), labels_(labels), locale_(locale), style_(style) {}
+  /// `item` is the module's, null for none. Throws std::runtime_error when the terminal cannot be
+  /// set up.
+  LiveDisplay(View* item, Kernel& kernel, const Labels& labels, const Locale& locale,
+              LayoutStyle style)
+      : itemView_(item), running_(kernel), labels_(labels), locale_(locale), style_(style) {}
 
   void show(const CPUData& record) override;
 
@@ -29,11 +31,13 @@ class LiveDisplay : public Display {
  private:
   void paint();
 
+  View* const itemView_;
   RunningProcessors running_;
   const Labels& labels_;
   const Locale& locale_;
   const LayoutStyle style_;
   Screen screen_;
+  Item item_;
   Readings readings_;
 };
 

@@ -14,7 +14,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#include "host/terminal/Signals.h"
+#include "host/Signals.h"
 #include "host/terminal/StallGuard.h"
 
 namespace vel {

@@ -19,9 +19,10 @@ std::string textOf(const Line& line) {
 }  // namespace
 
 void Summary::show(const CPUData& record) {
+  item_.read(itemView_);
   readings_.read(record, running_.ofThisRefresh());
   std::string text;
-  for (const Line& line : layOut(readings_, labels_, locale_, size_, style_)) {
+  for (const Line& line : layOut(item_, readings_, labels_, locale_, size_, style_)) {
     text += textOf(line) + "\n";
   }
   output_.write(text);

@@ -10,10 +10,11 @@ namespace vel {
 
 class Summary : public Display {
  public:
-  /// `size` is the most it takes.
-  Summary(const Output& output, Kernel& kernel, const Labels& labels, const Locale& locale,
-          LayoutSize size, LayoutStyle style)
+  /// `item` is the module's, null for none; `size` is the most it takes.
+  Summary(const Output& output, View* item, Kernel& kernel, const Labels& labels,
+          const Locale& locale, LayoutSize size, LayoutStyle style)
       : output_(output),
+        itemView_(item),
         running_(kernel),
         labels_(labels),
         locale_(locale),
@@ -24,11 +25,13 @@ class Summary : public Display {
 
  private:
   const Output& output_;
+  View* const itemView_;
   RunningProcessors running_;
   const Labels& labels_;
   const Locale& locale_;
   const LayoutSize size_;
   const LayoutStyle style_;
+  Item item_;
   Readings readings_;
 };
 

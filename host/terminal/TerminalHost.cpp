@@ -5,25 +5,20 @@
 
 #include <csignal>
 
+#include "host/RefreshTimer.h"
 #include "host/terminal/Keyboard.h"
 
 namespace vel {
 
-TerminalHost::TerminalHost(const Options& options, ModulePrincipal& module, Display& display)
-    : module_(module), display_(display), interval_(options.interval) {
+TerminalHost::TerminalHost(const Options& options, double interval, ModuleSession& session,
+                           Display& display)
+    : session_(session), display_(display), interval_(interval) {
   if (options.once) {
     hidden_ = 1;
     last_ = 2;
   } else {
     last_ = options.count.value_or(0);
   }
-}
-
-void TerminalHost::serveQueue(WakeEvent& wake, MainQueue& queue) {
-  loop_.watch(wake.descriptor(), POLLIN, [&wake, &queue](short) {
-    wake.acknowledge();
-    queue.drain();
-  });
 }
 
 void TerminalHost::serveSignals(Signals& signals, LiveDisplay* live) {
@@ -58,6 +53,7 @@ void TerminalHost::serveKeyboard() {
 }
 
 void TerminalHost::run() {
+  serveQueue();
   RefreshTimer timer(interval_);
   loop_.watch(timer.descriptor(), POLLIN, [this, &timer](short) {
     timer.acknowledge();
@@ -66,12 +62,22 @@ void TerminalHost::run() {
   loop_.run();
 }
 
+void TerminalHost::serveQueue() {
+  loop_.watch(session_.wake().descriptor(), POLLIN, [this](short) {
+    session_.wake().acknowledge();
+    session_.mainQueue().drain();
+  });
+}
+
 void TerminalHost::refresh() {
-  module_.updateModel();
-  module_.updateViews();
+  ModulePrincipal& module = session_.module();
+  module.updateModel();
+  // Another number of gauges comes through the queue, and comes before the gauges' values.
+  session_.mainQueue().drain();
+  module.updateViews();
   ++done_;
   if (done_ > hidden_) {
-    display_.show(module_.readings());
+    display_.show(module.readings());
   }
   if (done_ == last_) {
     loop_.end();

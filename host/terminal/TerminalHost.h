@@ -3,23 +3,20 @@
 
 #include <cstdint>
 
-#include "host/RefreshTimer.h"
-#include "host/WakeEvent.h"
+#include "host/Signals.h"
+#include "host/session/ModuleSession.h"
 #include "host/terminal/Display.h"
 #include "host/terminal/EventLoop.h"
 #include "host/terminal/LiveDisplay.h"
 #include "host/terminal/Options.h"
-#include "host/terminal/Signals.h"
-#include "platform/foundation/MainQueue.h"
-#include "platform/host/ModulePrincipal.h"
 
 namespace vel {
 
 class TerminalHost {
  public:
-  TerminalHost(const Options& options, ModulePrincipal& module, Display& display);
+  /// `interval` in seconds.
+  TerminalHost(const Options& options, double interval, ModuleSession& session, Display& display);
 
-  void serveQueue(WakeEvent& wake, MainQueue& queue);
   /// Signals that are about the screen go to `live`, all others end the program.
   void serveSignals(Signals& signals, LiveDisplay* live);
   /// The program ends with its reader.
@@ -30,9 +27,10 @@ class TerminalHost {
   void run();
 
  private:
+  void serveQueue();
   void refresh();
 
-  ModulePrincipal& module_;
+  ModuleSession& session_;
   Display& display_;
   const double interval_;
   std::uint64_t hidden_ = 0;  ///< first refreshes that are not shown

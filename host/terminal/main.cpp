@@ -15,23 +15,23 @@
 #include <system_error>
 #include <vector>
 
-#include "host/BundleLoader.h"
-#include "host/InstalledFiles.h"
+#include "host/HostSettings.h"
 #include "host/Report.h"
-#include "host/WakeEvent.h"
+#include "host/Signals.h"
+#include "host/session/ModuleSession.h"
+#include "host/store/SettingsPath.h"
+#include "host/store/SettingsStore.h"
 #include "host/terminal/JsonLines.h"
 #include "host/terminal/LiveDisplay.h"
 #include "host/terminal/Options.h"
 #include "host/terminal/Output.h"
 #include "host/terminal/PlainLines.h"
-#include "host/terminal/Signals.h"
 #include "host/terminal/Summary.h"
 #include "host/terminal/TerminalHost.h"
 #include "host/terminal/TerminalType.h"
-#include "platform/Platform.h"
 #include "platform/foundation/GlobalQueue.h"
-#include "platform/foundation/MainQueue.h"
-#include "platform/linux/LinuxKernel.h"
+#include "platform/headless/HeadlessNib.h"
+#include "platform/headless/HeadlessWorkspace.h"
 
 namespace vel {
 namespace {
@@ -77,17 +77,11 @@ LayoutSize summarySize() {
   return {known ? window.ws_col : kSummarySize.columns, kSummarySize.rows};
 }
 
-std::optional<Bundle> openHostBundle(const Locale& locale) {
-  std::vector<Bundle::Problem> problems;
-  auto bundle = Bundle::open(installedPath(VEL_HOST_RESOURCES_DIR), locale, problems);
-  for (const auto& problem : problems) {
-    report(kProgram, problem);
-  }
-  return bundle;
-}
-
-BundleLoader loadModule(const Options& options, const Locale& locale) {
-  return {options.bundle.empty() ? installedPath(VEL_BUNDLE_DIR) : options.bundle, locale};
+double secondsBetweenRefreshes(const Options& options, PreferencesStore& store) {
+  const auto setting = [&store] {
+    return static_cast<double>(HostSettings(store).refreshInterval()) / 1000.0;
+  };
+  return options.interval ? *options.interval : setting();
 }
 
 void show(const Options& options, std::vector<std::string> arguments) {
@@ -100,50 +94,45 @@ void show(const Options& options, std::vector<std::string> arguments) {
   Signals signals = takeSignals(live);
 
   const Locale locale = Locale::current();
-  const auto hostBundle = openHostBundle(locale);
-  const BundleLoader loader = loadModule(options, locale);
-  for (const auto& problem : loader.problems()) {
-    report(kProgram, problem);
-  }
+  const auto hostBundle = openHostBundle(kProgram, locale);
+  const Bundle* bundle = hostBundle ? &*hostBundle : nullptr;
+  HeadlessWorkspace workspace;
+  GlobalQueue writing(1);
+  SettingsStore store(settingsPath(), writing,
+                      [](const std::string& message) { report(kProgram, message); });
+  ModuleSession session(
+      kProgram, options, std::move(arguments), locale, bundle,
+      {[](auto problem) { return std::make_unique<HeadlessNibLoader>(std::move(problem)); },
+       workspace});
+  session.initMainApp();
+  session.module().setVelPreferencesDefault(&store);
 
-  LinuxKernel kernel(options.proc, options.sys);
-  SystemClock clock;
-  NotificationCenter notificationCenter;
-  WakeEvent wake;
-  MainQueue mainQueue([&wake] { wake.wake(); });
-  GlobalQueue globalQueue;
-  Platform platform{kernel, clock, notificationCenter, mainQueue, globalQueue, locale,
-                    // Without a bundle of the host's, the module's is the only one there is.
-                    hostBundle ? *hostBundle : loader.bundle(), std::move(arguments)};
-  const PlatformInstallation installation(platform);
-  const auto module = loader.createPrincipal();
-  module->initMainApp();
-
-  const Labels labels(hostBundle ? &*hostBundle : nullptr);
+  const Labels labels(bundle);
   const Output output(STDOUT_FILENO, signals.descriptor());
   const LayoutStyle style{std::string_view(nl_langinfo(CODESET)) == "UTF-8",
                           live && isTerminal(STDIN_FILENO)};
+  View* const item = session.module().statusbarView();
   const auto makeDisplay = [&]() -> std::unique_ptr<Display> {
     if (options.json) {
       return std::make_unique<JsonLines>(output);
     }
     if (options.once) {
-      return std::make_unique<Summary>(output, kernel, labels, locale, summarySize(), style);
+      return std::make_unique<Summary>(output, item, session.kernel(), labels, locale,
+                                       summarySize(), style);
     }
     if (live) {
-      return std::make_unique<LiveDisplay>(kernel, labels, locale, style);
+      return std::make_unique<LiveDisplay>(item, session.kernel(), labels, locale, style);
     }
     return std::make_unique<PlainLines>(output);
   };
   const auto display = makeDisplay();
 
-  TerminalHost host(options, *module, *display);
+  TerminalHost host(options, secondsBetweenRefreshes(options, store), session, *display);
   host.serveSignals(signals, dynamic_cast<LiveDisplay*>(display.get()));
   host.watchOutput();
   if (style.keyHints) {
     host.serveKeyboard();
   }
-  host.serveQueue(wake, mainQueue);
   host.run();
 }
 

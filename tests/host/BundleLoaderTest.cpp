@@ -19,13 +19,13 @@ TEST(BundleLoader, NamesTheFileAndWhatIsExpected) {
   std::filesystem::create_symlink(VEL_FACELESS_LIBRARY, directory / "faceless.so");
   std::ofstream(directory / "text.so") << "no library";
 
-  const std::string library = R"("contract" = "1"; "library" = )";
+  const std::string library = R"("contract" = "2"; "library" = )";
   // Entries of Info.strings, and how the message goes on after the directory.
   const std::map<std::string, std::string> cases = {
-      {"", R"(Info.strings: "contract" is missing, expected "1")"},
+      {"", R"(Info.strings: "contract" is missing, expected "2")"},
       // The version comes first: this library is not even opened.
-      {R"("contract" = "2"; "library" = "text.so";)", R"(Info.strings: "contract" is "2", exp)"},
-      {R"("contract" = "1";)", R"(Info.strings: "library" is missing, expected the name)"},
+      {R"("contract" = "1"; "library" = "text.so";)", R"(Info.strings: "contract" is "1", exp)"},
+      {R"("contract" = "2";)", R"(Info.strings: "library" is missing, expected the name)"},
       {library + R"("../module.so";)", R"(Info.strings: "library" is "../module.so", expected)"},
       {library + R"("gone.so";)", "gone.so: no such file, expected the module's"},
       {library + R"("text.so";)", "text.so: not a shared library, expected the"},

@@ -7,9 +7,11 @@
 #include <fstream>
 #include <regex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/terminal/Bar.h"
+#include "host/terminal/GaugeRow.h"
 #include "host/terminal/PlainLines.h"
 #include "host/terminal/Text.h"
 #include "platform/foundation/StringsTable.h"
@@ -60,7 +62,7 @@ class LayoutTest : public ::testing::Test {
 
   [[nodiscard]] std::vector<std::wstring> shown(const Readings& readings, LayoutSize size) const {
     std::vector<std::wstring> texts;
-    for (const Line& line : layOut(readings, labels_, locale_, size, {true, true})) {
+    for (const Line& line : layOut(item_, readings, labels_, locale_, size, {true, true})) {
       texts.emplace_back();
       for (const Span& span : line) {
         texts.back() += span.text;
@@ -71,6 +73,7 @@ class LayoutTest : public ::testing::Test {
     return texts;
   }
 
+  Item item_{"CPU", "62%", {{0.625F, false}}};
   Labels labels_{nullptr};
   Locale locale_;
 };
@@ -79,6 +82,7 @@ TEST_F(LayoutTest, FitsAnySizeAndShowsEveryProcessorOnce) {
   ASSERT_EQ(widthOf(kWide), 10);
   labels_.user = labels_.tasks = kWide;
   for (const std::uint32_t processors : {0U, 1U, 2U, 8U, 64U, 65U, 256U, 1024U}) {
+    item_.gauges.resize(processors);
     for (const int columns : {0, 1, 2, 4, 5, 6, 7, 8, 16, 17, 25, 39, 40, 41, 79, 80, 200}) {
       for (int rows = 0; rows <= 60; rows += rows < 26 ? 1 : 17) {
         SCOPED_TRACE(::testing::Message() << processors << " at " << columns << "x" << rows);
@@ -94,8 +98,8 @@ TEST_F(LayoutTest, FitsAnySizeAndShowsEveryProcessorOnce) {
 TEST_F(LayoutTest, LeavesOutWhatMattersLeast) {
   // The first letter of each line.
   for (const std::wstring letters :
-       {L"T", L"TU", L"TUS", L"TUSI", L"TUSIL", L"TUSI0L", L"TUSNI0L", L"TUSNI0Lq", L"TUSNI 0Lq",
-        L"TUSNI 0 Lq", L"TUSNI 0 L q", L"TUSNI CC L q"}) {
+       {L"C", L"CU", L"CUS", L"CUSI", L"CUSIL", L"CUSI0L", L"CUSNI0L", L"CUSNI0Lq", L"CUSNI 0Lq",
+        L"CUSNI 0 Lq", L"CUSNI 0 L q", L"CUSNI CC L q"}) {
     std::wstring found;
     for (const std::wstring& line : shown(readingsOf(2), {80, static_cast<int>(letters.size())})) {
       found += line.empty() ? L' ' : line[line.find_first_not_of(L' ')];
@@ -103,20 +107,48 @@ TEST_F(LayoutTest, LeavesOutWhatMattersLeast) {
     EXPECT_EQ(found, letters);
   }
   EXPECT_EQ(shown(readingsOf(2), {4, 1})[0], L"██▌·");
-  EXPECT_EQ(shown(readingsOf(2), {6, 1})[0], L" 62 %");
-  EXPECT_EQ(shown(readingsOf(2), {14, 1})[0], L" 62.5 %");
-  EXPECT_EQ(shown(readingsOf(2), {20, 1})[0], L"Total    62.5 %");
+  EXPECT_EQ(shown(readingsOf(2), {6, 1})[0], L"   62%");
+  EXPECT_EQ(shown(readingsOf(2), {14, 1})[0], L"    62%");
+  EXPECT_EQ(shown(readingsOf(2), {20, 1})[0], L"CPU         62%");
   // Processors that are too many share gauges, which show their mean.
   EXPECT_EQ(shown(readingsOf(33), {40, 12})[7], L"  8-15  50 % ███···     32  25 % █▌····");
+
+  item_.text = "";
+  EXPECT_EQ(shown(readingsOf(2), {6, 1})[0], L"███▊··");
+  item_.gauges.clear();
+  EXPECT_EQ(shown(readingsOf(2), {20, 1})[0], L"CPU            ");
+  item_.name = "";
+  EXPECT_EQ(shown(readingsOf(2), {20, 1})[0], L"User     50.0 %");
 }
 
 TEST_F(LayoutTest, ALoadAbove70PercentIsBusy) {
   for (const float share : {0.7F, 0.71F}) {
     const Readings readings{share, 0.0F, 0.0F, 0.9F, {}, {}, {}, {}, {}, {}};
-    const auto lines = layOut(readings, labels_, locale_, {20, 4}, {});
+    const auto lines = layOut({}, readings, labels_, locale_, {20, 4}, {});
     EXPECT_EQ(lines[0].back().tone == Tone::busy, share > 0.7F);
-    EXPECT_NE(lines[3].back().tone, Tone::busy) << "idle";
+    EXPECT_NE(lines[2].back().tone, Tone::busy) << "idle";
   }
+}
+
+TEST_F(LayoutTest, GaugesInARowShareColumnsOnlyWhereTheyMust) {
+  const std::vector<Item::Gauge> gauges{{0.0F}, {0.5F}, {0.71F, true}, {1.0F, true}, {0.06F}};
+  using Pieces = std::vector<std::pair<std::wstring, Tone>>;
+  const auto pieces = [&gauges](int columns, bool blocks) {
+    Pieces found;
+    for (const Span& span : gaugeRow(gauges, columns, blocks)) {
+      found.emplace_back(span.text, span.tone);
+    }
+    return found;
+  };
+  EXPECT_EQ(
+      pieces(5, true),
+      (Pieces{{L"·", Tone::faint}, {L"▄", Tone::gauge}, {L"▆█", Tone::busy}, {L"·", Tone::faint}}));
+  EXPECT_EQ(pieces(4, true),
+            (Pieces{{L"▄", Tone::gauge}, {L"█", Tone::busy}, {L"·", Tone::faint}}));
+  EXPECT_EQ(pieces(0, false), (Pieces{{L"@", Tone::busy}}));
+  EXPECT_EQ(
+      pieces(9, false),
+      (Pieces{{L".", Tone::faint}, {L"+", Tone::gauge}, {L"#@", Tone::busy}, {L".", Tone::faint}}));
 }
 
 TEST_F(LayoutTest, PlainLine) {

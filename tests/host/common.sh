@@ -5,6 +5,8 @@ export LC_ALL=C.UTF-8
 program=$1
 module=$2
 scratch=$(mktemp -d)
+# The settings are the tests' own.
+export XDG_CONFIG_HOME=$scratch/config
 # What is ending may still write a file while the directory is removed.
 trap 'cleanUp; rm -rf "$scratch" 2>/dev/null || rm -rf "$scratch"' EXIT
 cleanUp() { :; }
@@ -19,13 +21,17 @@ expect() {
   [[ $3 =~ ^($2)$ ]] || fail "$1" "expected: $2" "found:    $3"
 }
 
-# bundle NAME INFO...: a bundle with the scripted module and further entries of Info.strings.
+# bundle NAME INFO...: a bundle with the scripted module, its nib and further entries of Info.strings.
 bundle() {
   mkdir -p "$scratch/$1"
   ln -sf "$module" "$scratch/$1/module.so"
   printf '%s\n' '"identifier" = "test"; "library" = "module.so";' "${@:2}" >"$scratch/$1/Info.strings"
+  echo '<ui><widget class="QWidget" name="item"><widget class="VELMenuBarText" name="text"/>' \
+    '<widget class="VELModuleNameStatusBarView" name="name"/><widget class="VELGaugeViewMultiple" name="gauges"/>' \
+    '</widget></ui>' >"$scratch/$1/Item.ui"
 }
-bundle sound '"contract" = "1"; "processors" = "8"; "share" = "50";'
+bundle sound '"contract" = "2"; "processors" = "8"; "share" = "50"; "gauges" = "1";'
+bundle cores '"contract" = "2"; "share" = "75"; "gauges" = "8";'
 
 # A machine on which as many processors run as the scripted module has.
 mkdir -p "$scratch/machine/proc" "$scratch/machine/sys/devices/system/cpu"

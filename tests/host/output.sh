@@ -16,6 +16,13 @@ for text in "${lines[@]}"; do
   expect "plain line" "$line" "$text"
 done
 
+# The item is as the user has set it up.
+mkdir -p "$XDG_CONFIG_HOME/velbar"
+printf '%s\n' '[org.velbar.cpu]' 'showDisplay = 0' 'subItemsDisplayed = 4' '[org.velbar.host]' 'refreshInterval = 100' \
+  >"$XDG_CONFIG_HOME/velbar/settings.ini"
+text=$(run --once --interval 0.1)
+expect "item of the settings" ' [[:alpha:]]{3}' "${text%%$'\n'*}"
+
 # Without its own texts the program says so and goes on.
 mkdir "$scratch/bin"
 cp "$program" "$scratch/bin"
@@ -24,7 +31,7 @@ status=0
 text=$("$scratch/bin/${program##*/}" "${sound[@]}" --once --interval 0.1 2>"$scratch/errors") || status=$?
 expect "status without texts" 0 $status
 expect "warning without texts" "velbar-tty: $scratch/share/velbar/Info.strings: .*" "$(<"$scratch/errors")"
-[[ $text == *Total*50.0\ %* && $text == *'Tasks 2 '* && $text != *$'\e'* && $text != *quit* ]] || fail "$text"
+[[ $text == *Scr*50%*User*50.0\ %* && $text == *'Tasks 2 '* && $text != *$'\e'* && $text != *quit* ]] || fail "$text"
 
 # In the words and the characters of the locale.
 # glibc never frees the list of directories that it makes of LOCPATH.
@@ -32,9 +39,12 @@ echo leak:argz_add_sep >"$scratch/suppressions"
 export LSAN_OPTIONS=suppressions=$scratch/suppressions:print_suppressions=0
 localedef -i de_DE -f UTF-8 "$scratch/de_DE.UTF-8"
 text=$(LOCPATH=$scratch LC_ALL=de_DE.UTF-8 run "${sound[@]}" --once --interval 0.1)
-[[ $text == *'Gesamt     50,0 %  ███'*'Laufzeit 3 T 04:05'* ]] || fail "$text"
+[[ $text == *'Nutzer     50,0 %  ███'*'Laufzeit 3 T 04:05'* ]] || fail "$text"
 text=$(LC_ALL=C run "${sound[@]}" --once --interval 0.1)
-[[ $text == *'Total    50.0 %  ###'* && $text != *[^[:ascii:]]* ]] || fail "$text"
+[[ $text == *'User     50.0 %  ###'* && $text != *[^[:ascii:]]* ]] || fail "$text"
+
+text=$(LC_ALL=C run --bundle "$scratch/cores" --once --interval 0.1)
+expect "gauges in ASCII" ' Scr         75%  #{8}' "${text%%$'\n'*}"
 
 # JSON, one object a refresh, in ASCII and without control characters whatever processes are called.
 mapfile -t lines < <(run "${sound[@]}" --json --count 2 --interval 0.1)
@@ -61,9 +71,10 @@ done
 
 # Asked to end, it ends well; what it was started to ignore stays ignored.
 mkfifo "$scratch/fifo"
-"$program" "${sound[@]}" --interval 0.1 >"$scratch/fifo" &
+"$program" "${sound[@]}" >"$scratch/fifo" &
 exec 3<"$scratch/fifo"
 read -r -u 3
+grep -qs 'it_interval: (0, 100000000)' /proc/$!/fdinfo/* || fail "the interval is not that of the settings"
 kill -TERM $!
 status=0
 wait $! || status=$?

@@ -107,7 +107,7 @@ open 80x24 : "${still[@]}"
 await quit
 mapfile -t lines < <(screen)
 expect "$case: lines" 24 ${#lines[@]}
-expect "$case: total" ' Total    50\.0 %  █{30}▌·{30}' "${lines[0]}"
+expect "$case: item" ' Scr         50%  █{30}▌·{30}' "${lines[0]}"
 expect "$case: last processor" ' CPU 7    50\.0 %  █{30}▌·{30}' "${lines[13]}"
 expect "$case: figures" ' Load - - -    Tasks 1    Threads -    Up 3d 04:05' "${lines[15]}"
 expect "$case: keys" ' q quit' "${lines[23]}"
@@ -120,7 +120,7 @@ expect "$case: keys" ' q quit' "${lines[11]}"
 terminal resize-window -t test -x 2 -y 2
 terminal resize-window -t test -x 100 -y 30
 await quit
-expect "$case: after the smallest" ' Total    50\.0 %  █+▌·+' "$(screen | head -n 1)"
+expect "$case: after the smallest" ' Scr         50%  █+▌·+' "$(screen | head -n 1)"
 terminal resize-window -t test -x 80 -y 24
 await quit
 
@@ -181,7 +181,7 @@ left 148
 expect "$case: alternate screen and cursor" '0 1 .*' "$(state)"
 echo fg >"$place/start"
 await quit
-expect "$case: display after fg" ' Total    50\.0 %  █+▌·+' "$(screen | head -n 1)"
+expect "$case: display after fg" ' Scr         50%  █+▌·+' "$(screen | head -n 1)"
 terminal send-keys -t test q
 left 0
 finish
@@ -213,7 +213,7 @@ case='from the background'
 inBackground
 echo fg >"$place/start"
 await quit
-expect "$case: display after fg" ' Total    50\.0 %  █+▌·+' "$(screen | head -n 1)"
+expect "$case: display after fg" ' Scr         50%  █+▌·+' "$(screen | head -n 1)"
 terminal send-keys -t test q
 left 0
 finish
@@ -238,6 +238,12 @@ for hangUp in : ''; do
   expect "$case: status" 0 "$status"
   finish
 done
+
+case='gauges of a busy module'
+open 80x24 : "$program" --bundle "$scratch/cores" --interval 3600
+await quit
+[[ $(terminal capture-pane -p -e -t test) == *75%*$'\e[38;5;167m'▆▆▆▆▆▆▆▆$'\n'* ]] || fail "$case" "$(screen)"
+finish
 
 case='without colour'
 open 80x24 : env NO_COLOR=1 "${still[@]}"

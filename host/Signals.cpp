@@ -1,4 +1,4 @@
-#include "host/terminal/Signals.h"
+#include "host/Signals.h"
 
 #include <sys/signalfd.h>
 #include <unistd.h>
