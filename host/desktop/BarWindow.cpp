@@ -1,0 +1,156 @@
+#include "host/desktop/BarWindow.h"
+
+#include <QCloseEvent>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <cmath>
+#include <utility>
+
+#include "host/desktop/DisplayServer.h"
+
+namespace vel {
+namespace {
+
+constexpr double kBorderOpacity = 0.25;
+
+QRect inPixels(const QRect& points, double ratio) {
+  // Qt leaves a screen's origin as the server has it.
+  return {points.topLeft(), QSize(static_cast<int>(std::lround(points.width() * ratio)),
+                                  static_cast<int>(std::lround(points.height() * ratio)))};
+}
+
+QRect desktopInPixels() {
+  QRect all;
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    all |= inPixels(screen->geometry(), screen->devicePixelRatio());
+  }
+  return all;
+}
+
+}  // namespace
+
+BarWindow::BarWindow(QWidget& item, Edge edge, bool fullWidth, Actions actions)
+    : QWidget(nullptr, Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
+      item_(item),
+      edge_(edge),
+      fullWidth_(fullWidth),
+      actions_(std::move(actions)) {
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setWindowTitle(QStringLiteral("Velbar"));
+  setFocusPolicy(Qt::StrongFocus);
+  makeDock(*this);
+  item_.setParent(this);
+  item_.installEventFilter(this);
+  item_.show();
+  connect(qApp, &QGuiApplication::primaryScreenChanged, this, [this] { followScreens(); });
+  connect(qApp, &QGuiApplication::screenAdded, this, [this] { followScreens(); });
+  connect(qApp, &QGuiApplication::screenRemoved, this, [this] { followScreens(); });
+  followScreens();
+}
+
+BarWindow::~BarWindow() {
+  item_.removeEventFilter(this);
+  item_.setParent(nullptr);
+}
+
+void BarWindow::bringUp() {
+  show();
+  raise();
+}
+
+void BarWindow::followScreens() {
+  for (const auto& connection : std::exchange(screenConnections_, {})) {
+    disconnect(connection);
+  }
+  const auto again = [this] { place(); };
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    screenConnections_.push_back(connect(screen, &QScreen::geometryChanged, this, again));
+    screenConnections_.push_back(connect(screen, &QScreen::availableGeometryChanged, this, again));
+  }
+  place();
+}
+
+void BarWindow::place() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr) {
+    return;
+  }
+  // A strip does not cover somebody else's bar. A bar's own place is among those that are taken.
+  const QRect room = fullWidth_ ? screen->geometry() : screen->availableGeometry();
+  const int width = fullWidth_ ? room.width() : item_.width();
+  const int y = edge_ == Edge::top ? room.top() : room.bottom() + 1 - kHeight;
+  setGeometry(room.right() + 1 - width, y, width, kHeight);
+  item_.move(width - item_.width(), (kHeight - item_.height()) / 2);
+  if (fullWidth_) {
+    reservePlace(*screen);
+  }
+}
+
+void BarWindow::reservePlace(const QScreen& screen) {
+  const double ratio = screen.devicePixelRatio();
+  reserveEdge(*this, edge_, static_cast<int>(std::lround(kHeight * ratio)),
+              inPixels(screen.geometry(), ratio), desktopInPixels());
+}
+
+bool BarWindow::eventFilter(QObject* object, QEvent* event) {
+  if (object == &item_ && event->type() == QEvent::Resize) {
+    place();
+  }
+  return QWidget::eventFilter(object, event);
+}
+
+/// The background, with a line towards the rest of the screen.
+void BarWindow::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.fillRect(rect(), palette().window());
+  QColor border = palette().color(QPalette::WindowText);
+  border.setAlphaF(kBorderOpacity);
+  const double line = 1.0 / devicePixelRatioF();
+  const double y = edge_ == Edge::top ? height() - line : 0.0;
+  painter.fillRect(QRectF(0.0, y, width(), line), border);
+  if (!fullWidth_) {
+    painter.fillRect(QRectF(0.0, 0.0, line, height()), border);
+  }
+}
+
+QPoint BarWindow::menuPosition() const {
+  const QPoint corner =
+      edge_ == Edge::top ? item_.geometry().bottomLeft() : item_.geometry().topLeft();
+  return mapToGlobal(QPoint(corner.x(), edge_ == Edge::top ? height() : 0));
+}
+
+void BarWindow::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton && item_.geometry().contains(event->position().toPoint())) {
+    actions_.openMenu(menuPosition());
+  }
+}
+
+void BarWindow::contextMenuEvent(QContextMenuEvent* /*event*/) {
+  actions_.openMenu(menuPosition());
+}
+
+void BarWindow::keyPressEvent(QKeyEvent* event) {
+  const bool control = event->modifiers() == Qt::ControlModifier;
+  if (control && event->key() == Qt::Key_Comma) {
+    actions_.openPreferences();
+  } else if (control && event->key() == Qt::Key_Q) {
+    actions_.quit();
+  } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
+             event->key() == Qt::Key_Space) {
+    actions_.openMenu(menuPosition());
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
+void BarWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  actions_.quit();
+}
+
+}  // namespace vel

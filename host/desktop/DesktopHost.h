@@ -1,0 +1,53 @@
+// Velbar on the desktop: the item in the menu bar or the tray, its menu, the preferences.
+#pragma once
+
+#include <memory>
+
+#include "host/HostSettings.h"
+#include "host/Signals.h"
+#include "host/desktop/BarWindow.h"
+#include "host/desktop/ItemMenu.h"
+#include "host/desktop/MainLoop.h"
+#include "host/desktop/Options.h"
+#include "host/desktop/PreferencesWindow.h"
+#include "host/desktop/Texts.h"
+#include "host/desktop/TrayItem.h"
+#include "host/desktop/WidgetWindow.h"
+#include "host/desktop/kit/Theme.h"
+#include "host/session/ModuleSession.h"
+
+namespace vel {
+
+/// The module's views belong to the session, which outlives the host.
+class DesktopHost {
+ public:
+  /// Everything outlives the host. Throws std::runtime_error when the module cannot serve.
+  DesktopHost(const DesktopOptions& options, ModuleSession& session, PreferencesStore& store,
+              const Texts& texts, const Locale& locale, Theme& theme, Signals& signals);
+
+  /// Until the user or a signal ends the program. To be called once.
+  void run();
+
+  void openPreferences();
+  /// Shows the item or the window, above the others.
+  void bringUp();
+
+ private:
+  void startInMenuBar(const DesktopOptions& options, PreferencesStore& store);
+  void startAsWidget(const Locale& locale);
+  void refreshed();
+
+  ModuleSession& session_;
+  const Texts& texts_;
+  Theme& theme_;
+  HostSettings settings_;
+  const std::int64_t interval_;  ///< in milliseconds
+  MainLoop loop_;
+  std::unique_ptr<ItemMenu> menu_;
+  std::unique_ptr<BarWindow> bar_;
+  std::unique_ptr<TrayItem> tray_;
+  std::unique_ptr<WidgetWindow> widget_;
+  std::unique_ptr<PreferencesWindow> preferences_;
+};
+
+}  // namespace vel

@@ -1,0 +1,80 @@
+#include "host/desktop/DisplayServer.h"
+
+#include <xcb/xcb.h>
+
+#include <QGuiApplication>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
+namespace vel {
+namespace {
+
+struct Free {
+  void operator()(void* memory) const { std::free(memory); }
+};
+
+xcb_connection_t* connection() {
+  const auto* application = qApp->nativeInterface<QNativeInterface::QX11Application>();
+  return application != nullptr ? application->connection() : nullptr;
+}
+
+xcb_atom_t atom(xcb_connection_t* server, std::string_view name) {
+  const auto cookie =
+      xcb_intern_atom(server, 0, static_cast<std::uint16_t>(name.size()), name.data());
+  const std::unique_ptr<xcb_intern_atom_reply_t, Free> reply(
+      xcb_intern_atom_reply(server, cookie, nullptr));
+  return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
+void setProperty(xcb_connection_t* server, const QWidget& window, std::string_view property,
+                 xcb_atom_t type, const std::uint32_t* values, std::uint32_t count) {
+  xcb_change_property(server, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
+                      atom(server, property), type, 32, count, values);
+}
+
+}  // namespace
+
+bool isDisplayReachable() {
+  xcb_connection_t* server = xcb_connect(nullptr, nullptr);
+  const bool reachable = xcb_connection_has_error(server) == 0;
+  xcb_disconnect(server);
+  return reachable;
+}
+
+void makeDock(const QWidget& window) {
+  xcb_connection_t* server = connection();
+  if (server == nullptr) {
+    return;
+  }
+  const std::uint32_t dock = atom(server, "_NET_WM_WINDOW_TYPE_DOCK");
+  setProperty(server, window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, &dock, 1);
+  const std::uint32_t everywhere = 0xFFFFFFFF;
+  setProperty(server, window, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL, &everywhere, 1);
+  xcb_flush(server);
+}
+
+void reserveEdge(const QWidget& window, Edge edge, int thickness, const QRect& screen,
+                 const QRect& desktop) {
+  xcb_connection_t* server = connection();
+  if (server == nullptr) {
+    return;
+  }
+  // left, right, top, bottom, then the start and the end of each along its edge. What is kept free
+  // counts from the edge of all screens together.
+  std::array<std::uint32_t, 12> strut{};
+  const bool top = edge == Edge::top;
+  const int kept =
+      thickness + (top ? screen.top() - desktop.top() : desktop.bottom() - screen.bottom());
+  const std::size_t side = top ? 2 : 3;
+  strut[side] = static_cast<std::uint32_t>(kept);
+  strut[4 + 2 * side] = static_cast<std::uint32_t>(screen.left());
+  strut[5 + 2 * side] = static_cast<std::uint32_t>(screen.right());
+  setProperty(server, window, "_NET_WM_STRUT_PARTIAL", XCB_ATOM_CARDINAL, strut.data(), 12);
+  setProperty(server, window, "_NET_WM_STRUT", XCB_ATOM_CARDINAL, strut.data(), 4);
+  xcb_flush(server);
+}
+
+}  // namespace vel

@@ -1,0 +1,36 @@
+#include "host/desktop/ItemMenu.h"
+
+#include <QAction>
+#include <QIcon>
+#include <utility>
+
+#include "host/desktop/menus/QtMenus.h"
+
+namespace vel {
+
+ItemMenu::ItemMenu(const Texts& texts, ModulePrincipal& module, Actions actions)
+    : texts_(texts), module_(module), actions_(std::move(actions)) {
+  QObject::connect(&menu_, &QMenu::aboutToShow, &menu_, [this] { fill(); });
+}
+
+void ItemMenu::open(QPoint position) {
+  menu_.popup(position);
+}
+
+void ItemMenu::fill() {
+  menu_.clear();
+  for (const auto& menu : {module_.moduleMenuPref(), module_.moduleMenuOption()}) {
+    if (menu) {
+      appendMenu(menu_, *menu);
+      menu_.addSeparator();
+    }
+  }
+  QAction* preferences = menu_.addAction(QIcon::fromTheme(QStringLiteral("preferences-system")),
+                                         texts_("&Preferences…"), &menu_, actions_.openPreferences);
+  preferences->setShortcut(Qt::CTRL | Qt::Key_Comma);
+  QAction* quit = menu_.addAction(QIcon::fromTheme(QStringLiteral("application-exit")),
+                                  texts_("&Quit"), &menu_, actions_.quit);
+  quit->setShortcut(Qt::CTRL | Qt::Key_Q);
+}
+
+}  // namespace vel

@@ -1,0 +1,36 @@
+// Everything that wakes the desktop host besides the display: the refresh, the module's tasks,
+// signals.
+#pragma once
+
+#include <QSocketNotifier>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "host/RefreshTimer.h"
+#include "host/Signals.h"
+#include "host/session/ModuleSession.h"
+
+namespace vel {
+
+/// Served by Qt's event loop on the main thread.
+class MainLoop {
+ public:
+  /// Both outlive this object. `refreshed` is called after every refresh.
+  MainLoop(ModuleSession& session, Signals& signals, std::function<void()> refreshed);
+
+  /// Starts the refresh, or its beat anew with another interval, in milliseconds.
+  void refreshEvery(std::int64_t milliseconds);
+
+ private:
+  void refresh();
+
+  ModuleSession& session_;
+  std::function<void()> refreshed_;
+  QSocketNotifier tasks_;
+  QSocketNotifier signals_;
+  std::optional<RefreshTimer> timer_;
+  std::unique_ptr<QSocketNotifier> beats_;
+};
+
+}  // namespace vel

@@ -1,0 +1,146 @@
+#include "host/desktop/Snapshot.h"
+
+#include <QCoreApplication>
+#include <QPixmap>
+#include <array>
+#include <cstdint>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "host/desktop/BarWindow.h"
+#include "host/desktop/GeneralPage.h"
+#include "host/desktop/PreferencesWindow.h"
+#include "host/desktop/windowing/QtView.h"
+
+namespace vel {
+namespace {
+
+/// Settings for one picture.
+class Scene : public PreferencesStore {
+ public:
+  [[nodiscard]] std::optional<std::int64_t> objectForKey(
+      std::string_view key, std::string_view /*bundleIdentifier*/) const override {
+    const auto found = values_.find(key);
+    return found != values_.end() ? std::optional(found->second) : std::nullopt;
+  }
+  void setObject(std::int64_t value, std::string_view key,
+                 std::string_view /*bundleIdentifier*/) override {
+    values_.insert_or_assign(std::string(key), value);
+  }
+
+ private:
+  std::map<std::string, std::int64_t, std::less<>> values_;
+};
+
+struct Named {
+  const char* name;
+  std::int64_t value;
+};
+
+// The settings of the CPU module that change the item's look, as its preferences write them.
+constexpr std::array kGaugeTypes{Named{"bar", 0}, Named{"pie", 1}, Named{"segments", 2},
+                                 Named{"ring", 3}};
+constexpr std::array kCoreModes{Named{"total", 0}, Named{"cores", 1}, Named{"processors", 2}};
+constexpr const char* kGaugeType = "gaugeType";
+constexpr const char* kCoresDisplayed = "cpucoresdisplayed";
+constexpr std::array kAppearances{std::pair{"light", Appearance::light},
+                                  std::pair{"dark", Appearance::dark}};
+
+constexpr double kSecondsBetweenSamples = 0.5;
+
+class Photographer {
+ public:
+  Photographer(std::filesystem::path directory, ModuleSession& session, const Texts& texts)
+      : directory_(std::move(directory)), session_(session), texts_(texts) {
+    // Before any window: no display of this kind is looked at.
+    session_.module().setVelPreferencesDefault(&scene_);
+  }
+  ~Photographer() { session_.module().setVelPreferencesDefault(nullptr); }
+  Photographer(const Photographer&) = delete;
+  Photographer& operator=(const Photographer&) = delete;
+
+  void takeAll(const std::string& appearance) {
+    takeItem(appearance);
+    takePreferences(appearance);
+  }
+
+ private:
+  void takeItem(const std::string& appearance) {
+    QWidget* item = widgetOf(session_.module().statusbarView());
+    if (item == nullptr) {
+      return;
+    }
+    BarWindow bar(*item, Edge::top, false, {});
+    bar.show();
+    for (const Named& type : kGaugeTypes) {
+      for (const Named& mode : kCoreModes) {
+        scene_.setObject(type.value, kGaugeType, {});
+        scene_.setObject(mode.value, kCoresDisplayed, {});
+        session_.module().setVelPreferencesDefault(&scene_);
+        settle();
+        save(bar, std::string("item-") + type.name + "-" + mode.name + "-" + appearance);
+      }
+    }
+  }
+
+  void takePreferences(const std::string& appearance) {
+    std::vector<PreferencesWindow::Page> pages;
+    if (QWidget* page = widgetOf(session_.module().preferencesModuleView())) {
+      pages.push_back({texts_(session_.module().moduleName().c_str()), page});
+    }
+    pages.push_back(
+        {texts_("General"), new GeneralPage(texts_, 1000, Appearance::followDesktop, {})});
+    PreferencesWindow window(texts_, pages);
+    window.show();
+    for (int page = 0; page < static_cast<int>(pages.size()); ++page) {
+      window.showPage(page);
+      settle();
+      save(window, "preferences-" + std::to_string(page + 1) + "-" + appearance);
+    }
+  }
+
+  /// What the views have handed over to later is done.
+  void settle() {
+    session_.mainQueue().drain();
+    session_.module().updateViews();
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+  }
+
+  void save(QWidget& widget, const std::string& name) const {
+    const std::filesystem::path file = directory_ / (name + ".png");
+    if (!widget.grab().save(QString::fromStdString(file.string()), "PNG")) {
+      throw std::runtime_error(file.string() + ": cannot be written");
+    }
+  }
+
+  const std::filesystem::path directory_;
+  ModuleSession& session_;
+  const Texts& texts_;
+  Scene scene_;
+};
+
+}  // namespace
+
+void takeSnapshots(const std::filesystem::path& directory, ModuleSession& session,
+                   const Texts& texts, Theme& theme) {
+  std::error_code error;
+  std::filesystem::create_directories(directory, error);
+  if (error) {
+    throw std::runtime_error(directory.string() + ": " + error.message());
+  }
+  // The first sample's shares are averages since the machine was started.
+  session.module().updateModel();
+  session.module().updateViews();
+  SystemClock().sleep(kSecondsBetweenSamples);
+  session.module().updateModel();
+  for (const auto& [name, appearance] : kAppearances) {
+    theme.setAppearance(appearance);
+    Photographer(directory, session, texts).takeAll(name);
+  }
+}
+
+}  // namespace vel

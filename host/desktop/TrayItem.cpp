@@ -1,0 +1,94 @@
+#include "host/desktop/TrayItem.h"
+
+#include <QCursor>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+#include "host/desktop/kit/GaugePainter.h"
+#include "host/desktop/kit/GaugePicture.h"
+#include "host/desktop/windowing/WidgetViews.h"
+#include "platform/host/VELMenuBarText.h"
+
+namespace vel {
+namespace {
+
+constexpr int kFallbackSize = 22;
+
+/// The first view of that kind in the item that is not hidden.
+template <typename Kind>
+Kind* find(const QWidget& item) {
+  for (const QWidget* child : item.findChildren<QWidget*>()) {
+    if (auto* view = dynamic_cast<Kind*>(viewOf(*child)); view != nullptr && !view->isHidden()) {
+      return view;
+    }
+  }
+  return nullptr;
+}
+
+using Gauges = std::vector<VELGaugeViewMultiple::Gauge>;
+
+/// The mean of all, in the colour of the highest.
+Gauges asOne(const Gauges& gauges) {
+  float sum = 0.0F;
+  VELGaugeViewMultiple::Gauge highest = gauges.front();
+  for (const auto& gauge : gauges) {
+    sum += gauge.value;
+    highest = gauge.value > highest.value ? gauge : highest;
+  }
+  return {{sum / static_cast<float>(gauges.size()), highest.innerColor}};
+}
+
+}  // namespace
+
+TrayItem::TrayItem(QWidget& item, ItemMenu& menu) : item_(item) {
+  icon_.setContextMenu(&menu.menu());
+  QObject::connect(&icon_, &QSystemTrayIcon::activated, &icon_,
+                   [&menu](QSystemTrayIcon::ActivationReason reason) {
+                     if (reason == QSystemTrayIcon::Trigger) {
+                       menu.open(QCursor::pos());
+                     }
+                   });
+  refresh();
+  icon_.show();
+}
+
+void TrayItem::refresh() {
+  const QRect place = icon_.geometry();
+  const QImage image =
+      paintIcon(place.isEmpty() ? kFallbackSize : std::min(place.width(), place.height()));
+  if (image != shown_) {
+    shown_ = image;
+    icon_.setIcon(QPixmap::fromImage(image));
+  }
+  if (const auto* text = find<VELMenuBarText>(item_)) {
+    const QString tip = QStringLiteral("Velbar: ") + QString::fromStdString(text->stringValue());
+    if (tip != icon_.toolTip()) {
+      icon_.setToolTip(tip);
+    }
+  }
+}
+
+QImage TrayItem::paintIcon(int size) const {
+  const double ratio = item_.devicePixelRatioF();
+  const int pixels = static_cast<int>(std::lround(size * ratio));
+  QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+  image.setDevicePixelRatio(ratio);
+  image.fill(Qt::transparent);
+  QPainter painter(&image);
+  auto* gauges = find<VELGaugeViewMultiple>(item_);
+  if (gauges != nullptr && !gauges->gauges().empty()) {
+    const std::int64_t type = gauges->gaugeDefinedType();
+    const bool fits = gaugesWidth(type, gauges->gauges().size()) <= size;
+    paintGauges(painter, QRect(0, 0, size, size), type,
+                fits ? gauges->gauges() : asOne(gauges->gauges()), gauges->outerColor().get());
+  } else {
+    const double scale = static_cast<double>(size) / std::max(1, item_.width());
+    painter.translate(0.0, (size - item_.height() * scale) / 2.0);
+    painter.scale(scale, scale);
+    item_.render(&painter, QPoint(), QRegion(), QWidget::DrawChildren);
+  }
+  return image;
+}
+
+}  // namespace vel

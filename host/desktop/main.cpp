@@ -1,0 +1,210 @@
+// velbar: the start-up of the desktop host.
+#include <unistd.h>
+
+#include <QApplication>
+#include <QIcon>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "host/InstalledFiles.h"
+#include "host/Report.h"
+#include "host/Signals.h"
+#include "host/desktop/DesktopHost.h"
+#include "host/desktop/DisplayServer.h"
+#include "host/desktop/Options.h"
+#include "host/desktop/SingleInstance.h"
+#include "host/desktop/Snapshot.h"
+#include "host/desktop/Texts.h"
+#include "host/desktop/kit/Kit.h"
+#include "host/desktop/kit/Theme.h"
+#include "host/desktop/windowing/QtNib.h"
+#include "host/desktop/workspace/DesktopWorkspace.h"
+#include "host/session/ModuleSession.h"
+#include "host/store/SettingsPath.h"
+#include "host/store/SettingsStore.h"
+
+namespace vel {
+namespace {
+
+constexpr const char* kProgram = "velbar";
+constexpr const char* kOpenPreferences = "preferences";
+constexpr const char* kBringUp = "show";
+
+int answer(const CommandLineAnswer& answer) {
+  if (answer.status != 0) {
+    report(kProgram, answer.text);
+    return answer.status;
+  }
+  if (std::fputs(answer.text.c_str(), stdout) == EOF || std::fflush(stdout) == EOF) {
+    throw std::system_error(errno, std::generic_category(), "standard output");
+  }
+  return 0;
+}
+
+/// With the options that both know.
+[[noreturn]] void startInTerminal(const DesktopOptions& options) {
+  report(kProgram, "no display can be reached, starting in the terminal");
+  const std::string program = installedPath(VEL_TERMINAL_HOST);
+  std::vector<std::string> arguments{program, "--proc", options.proc, "--sys", options.sys};
+  if (options.interval) {
+    arguments.insert(arguments.end(), {"--interval", std::to_string(*options.interval)});
+  }
+  if (!options.bundle.empty()) {
+    arguments.insert(arguments.end(), {"--bundle", options.bundle});
+  }
+  std::vector<char*> pointers;
+  for (std::string& argument : arguments) {
+    pointers.push_back(argument.data());
+  }
+  pointers.push_back(nullptr);
+  execv(program.c_str(), pointers.data());
+  throw std::system_error(errno, std::generic_category(), program);
+}
+
+void setDefault(const char* variable, const char* value) {
+  setenv(variable, value, 0);
+}
+
+/// Before Qt starts.
+void prepareQt(bool withoutDisplay) {
+  if (withoutDisplay) {
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  } else {
+    // A bar places itself, which the X server alone lets a window do.
+    setDefault("QT_QPA_PLATFORM", "xcb");
+  }
+  // Nothing here is painted with OpenGL, and its driver takes more memory than all the rest.
+  setDefault("QT_XCB_GL_INTEGRATION", "none");
+  // Its remarks are for the developers of programs.
+  qInstallMessageHandler(
+      [](QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
+        if (type == QtCriticalMsg || type == QtFatalMsg) {
+          report(kProgram, message.toStdString());
+        }
+      });
+  // Qt's own event dispatcher wakes less than GLib's.
+  setDefault("QT_NO_GLIB", "1");
+}
+
+/// Velbar's own arguments are no business of Qt's.
+class Application {
+ public:
+  Application() {
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setDesktopFileName(QStringLiteral("org.velbar.Velbar"));
+    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths()
+                               << QString::fromStdString(installedPath(VEL_ICONS_DIR)));
+  }
+
+ private:
+  int count_ = 1;
+  char name_[7] = "velbar";
+  char* values_[2] = {&name_[0], nullptr};
+  QApplication qt_{count_, values_};
+};
+
+ModuleSession makeSession(const DesktopOptions& options, std::vector<std::string> arguments,
+                          const Locale& locale, const Bundle* hostBundle, Workspace& workspace) {
+  return {kProgram,
+          options,
+          std::move(arguments),
+          locale,
+          hostBundle,
+          {[](auto problem) {
+             auto loader = std::make_unique<QtNibLoader>(std::move(problem));
+             registerKit(*loader);
+             return loader;
+           },
+           workspace}};
+}
+
+std::string sessionName() {
+  const char* display = std::getenv("DISPLAY");
+  return display != nullptr ? display : "";
+}
+
+/// What the one that runs already has been asked to do.
+int tellFirst(const SingleInstance& instance, const DesktopOptions& options) {
+  const bool told = instance.tell(options.preferences ? kOpenPreferences : kBringUp);
+  report(kProgram, told ? "already running" : "already running, but does not answer");
+  return told ? 0 : 1;
+}
+
+int showOnDesktop(const DesktopOptions& options, std::vector<std::string> arguments) {
+  SingleInstance instance((options.widget ? "widget" : "bar") + sessionName());
+  if (!instance.isFirst()) {
+    return tellFirst(instance, options);
+  }
+  // Before the first thread, which inherits what is blocked.
+  Signals signals{SIGINT, SIGTERM, SIGHUP};
+  prepareQt(false);
+  const Application application;
+
+  const Locale locale = Locale::current();
+  const auto hostBundle = openHostBundle(kProgram, locale);
+  const Bundle* bundle = hostBundle ? &*hostBundle : nullptr;
+  const Texts texts(bundle);
+  Theme theme;
+  DesktopWorkspace workspace(bundle);
+  GlobalQueue writing(1);
+  SettingsStore store(settingsPath(), writing,
+                      [](const std::string& message) { report(kProgram, message); });
+  ModuleSession session = makeSession(options, std::move(arguments), locale, bundle, workspace);
+  DesktopHost host(options, session, store, texts, locale, theme, signals);
+  instance.listen([&host](std::string_view word) {
+    if (word == kOpenPreferences) {
+      host.openPreferences();
+    } else if (word == kBringUp) {
+      host.bringUp();
+    }
+  });
+  host.run();
+  return 0;
+}
+
+int snapshot(const DesktopOptions& options, std::vector<std::string> arguments) {
+  prepareQt(true);
+  const Application application;
+  const Locale locale = Locale::current();
+  const auto hostBundle = openHostBundle(kProgram, locale);
+  const Bundle* bundle = hostBundle ? &*hostBundle : nullptr;
+  Theme theme;
+  DesktopWorkspace workspace(bundle);
+  ModuleSession session = makeSession(options, std::move(arguments), locale, bundle, workspace);
+  session.initMainApp();
+  takeSnapshots(*options.snapshots, session, Texts(bundle), theme);
+  return 0;
+}
+
+int run(int argc, const char* const* argv) {
+  DesktopOptions options;
+  if (const auto reply = parseDesktopOptions(argc, argv, VEL_VERSION, options)) {
+    return answer(*reply);
+  }
+  std::vector<std::string> arguments(argv, argv + argc);
+  if (options.snapshots) {
+    return snapshot(options, std::move(arguments));
+  }
+  if (!isDisplayReachable()) {
+    startInTerminal(options);
+  }
+  return showOnDesktop(options, std::move(arguments));
+}
+
+}  // namespace
+}  // namespace vel
+
+int main(int argc, char** argv) {
+  try {
+    return vel::run(argc, argv);
+  } catch (const std::exception& error) {
+    vel::report(vel::kProgram, error.what());
+    return 1;
+  }
+}

@@ -1,0 +1,97 @@
+# What the tests of velbar on a desktop share: an X server of their own with a window manager, a home of their own, and
+# the eyes and hands of a user. To be sourced with the program as $1.
+set -euo pipefail
+
+program=$1
+scratch=$(mktemp -d)
+export HOME=$scratch XDG_CONFIG_HOME=$scratch/config XDG_RUNTIME_DIR=$scratch/runtime LC_ALL=C.UTF-8
+export XDG_DATA_HOME=$scratch/data XDG_DATA_DIRS=/usr/local/share:/usr/share
+# glibc and fontconfig keep some memory for good.
+export LSAN_OPTIONS=exitcode=0
+unset DBUS_SESSION_BUS_ADDRESS WAYLAND_DISPLAY QT_QPA_PLATFORM XDG_CURRENT_DESKTOP LANGUAGE
+mkdir -m 700 "$XDG_RUNTIME_DIR"
+settings=$XDG_CONFIG_HOME/velbar/settings.ini
+
+trap 'jobs -p | xargs -r kill 2>/dev/null; wait 2>/dev/null; rm -rf "$scratch"' EXIT
+
+fail() {
+  printf '%s\n' "$@"
+  if [[ -n ${VEL_PICTURE_OF_FAILURE:-} ]]; then
+    import -window root "$VEL_PICTURE_OF_FAILURE" || :
+  fi
+  exit 1
+}
+
+# await WHAT COMMAND...: until the command succeeds. It is the longest that a busy machine may take, not what it takes.
+await() {
+  local what=$1 left=600
+  shift
+  until "$@" >/dev/null 2>&1; do
+    ((left-- > 0)) || fail "waited in vain: $what"
+    read -r -t 0.05 <>"$scratch/never" || :
+  done
+}
+mkfifo "$scratch/never"
+
+# startServer SIZE: an X server and a window manager.
+startServer() {
+  mkfifo "$scratch/display"
+  Xvfb -displayfd 3 -screen 0 "$1x24" -nolisten tcp +extension RANDR 3>"$scratch/display" 2>/dev/null &
+  read -r number <"$scratch/display"
+  export DISPLAY=:$number
+  openbox >/dev/null 2>&1 &
+  await "the window manager" xprop -root _NET_SUPPORTING_WM_CHECK
+  await "the window manager's name" eval 'xprop -root _NET_SUPPORTED | grep -q STRUT'
+}
+
+# start ARGUMENT...: starts velbar; $velbar is its process.
+start() {
+  "$program" "$@" 2>>"$scratch/errors" &
+  velbar=$!
+}
+
+# stop SIGNAL: ends it, and says whether it ended well.
+stop() {
+  kill -"$1" "$velbar"
+  wait "$velbar" || fail "velbar ended with status $? after SIG$1" "$(<"$scratch/errors")"
+}
+
+# windowNamed NAME: the first that is on screen. xdotool itself does not tell capitals from small letters.
+windowNamed() {
+  local window
+  for window in $(xdotool search --onlyvisible --name "^$1\$"); do
+    [[ $(xdotool getwindowname "$window") != "$1" ]] || { echo "$window" && return; }
+  done
+}
+# menuWindow: the menu that is open; a window manager has no part in it.
+menuWindow() {
+  local window
+  for window in $(xdotool search --onlyvisible --class velbar); do
+    ! xwininfo -id "$window" | grep -q 'Override Redirect State: yes' || { echo "$window" && return; }
+  done
+}
+isThere() { [[ -n $(windowNamed "$1") ]]; }
+isGone() { [[ -z $(windowNamed "$1") ]]; }
+
+# geometry WINDOW: "x y width height" on the screen.
+geometry() {
+  xwininfo -id "$1" | awk '/Absolute upper-left X/ { x = $NF } /Absolute upper-left Y/ { y = $NF }
+    $1 == "Width:" { w = $2 } $1 == "Height:" { h = $2 } END { print x, y, w, h }'
+}
+isAt() { [[ $(geometry "$1") == "$2" ]]; }
+
+# setting KEY: the value in the file's section of the module; empty if there is none.
+setting() {
+  awk -v key="$1" '/^\[/ { inside = $0 == "[org.velbar.cpu]" } inside && $1 == key { print $3 }' "$settings" 2>/dev/null || :
+}
+isSet() { [[ $(setting "$1") == "$2" ]]; }
+
+# pixels WINDOW CONDITION: how many pixels of the window hold it, an expression of awk in r, g and b (0 to 255).
+pixels() {
+  import -silent -window "$1" -depth 8 rgb:- | od -An -v -tu1 -w3 | awk "{ r = \$1; g = \$2; b = \$3 } $2 { ++n } END { print n + 0 }"
+}
+isRed='r > 200 && g < 110 && b < 110'
+showsRed() { (($(pixels "$1" "$isRed") > 20)); }
+showsNoRed() { (($(pixels "$1" "$isRed") == 0)); }
+picture() { import -silent -window "$1" -depth 8 rgb:- | cksum; }
+looksOtherThan() { [[ $(picture "$1") != "$2" ]]; }
