@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "support/TemporaryDirectory.h"
 #include "host/desktop/windowing/QtNib.h"
+#include "support/TemporaryDirectory.h"
 
 namespace vel::test {
 
@@ -21,21 +21,23 @@ inline std::string uiWith(const std::string& children) {
          children + "</widget></ui>";
 }
 
-struct NibInBundle {
-  /// Loads the file, if it is not empty, from a bundle with the given "Localizable" table.
-  std::unique_ptr<Nib> load(const std::string& ui, const std::string& localizable = "") {
-    std::filesystem::create_directory(directory.path + "/en.lproj");
-    std::ofstream(directory.path + "/en.lproj/Localizable.strings") << localizable;
-    std::ofstream(directory.path + "/Info.strings") << "identifier=nib;";
-    if (!ui.empty()) {
-      std::ofstream(path) << ui;
-    }
-    const auto bundle = Bundle::open(directory.path, Locale(".", {"en"}), problems);
-    return loader.load(bundle.value(), "Nib");
+struct NibInBundle : TemporaryDirectory {
+  explicit NibInBundle(void (*registerClasses)(QtNibLoader&) = [](QtNibLoader&) {}) {
+    registerClasses(loader);
   }
 
-  TemporaryDirectory directory;
-  std::string path = directory.path + "/Nib.ui";
+  /// Loads the file, if it is not empty, from a bundle with the given "Localizable" table.
+  std::unique_ptr<Nib> load(const std::string& ui, const std::string& localizable = "") {
+    std::filesystem::create_directory(path + "/en.lproj");
+    std::ofstream(path + "/en.lproj/Localizable.strings") << localizable;
+    std::ofstream(path + "/Info.strings") << "identifier=nib;";
+    if (!ui.empty()) {
+      std::ofstream(file) << ui;
+    }
+    return loader.load(Bundle::open(path, Locale(".", {"en"}), problems).value(), "Nib");
+  }
+
+  std::string file = path + "/Nib.ui";
   std::vector<std::string> problems;
   QtNibLoader loader{[this](const std::string& problem) { problems.push_back(problem); }};
 };

@@ -59,6 +59,8 @@ class MenuBarItem : public testing::Test {
 TEST_F(MenuBarItem, PlacesWhatIsShown) {
   EXPECT_EQ(view.frame().size, (Size{8, 22}));
   EXPECT_EQ(gauge.gaugeDefinedType(), 2);
+  EXPECT_EQ(name.threeLetterName(), "CPU");
+  EXPECT_EQ(name.colorObject(), &color);
   EXPECT_TRUE(badge.isHidden());
   struct Case {
     std::int64_t mask;
@@ -73,8 +75,8 @@ TEST_F(MenuBarItem, PlacesWhatIsShown) {
                         {0, 0, {}, 8}};
   for (const auto& row : cases) {
     SCOPED_TRACE(row.mask);
-    post(broadcast::iconSubItemsChanged, row.mask);
     post(broadcast::gfxGPUStatusChanged, row.gpu);
+    post(broadcast::iconSubItemsChanged, row.mask);
     std::vector<double> places;
     for (const View* subItem :
          {static_cast<const View*>(&text), static_cast<const View*>(&name),
@@ -107,18 +109,22 @@ TEST_F(MenuBarItem, ShowsAsManyGaugesAsCoresAreToBeShown) {
   item->setCpuCoresInformation({.logicalcpu = 4, .physicalcpu = 0});
   machine.queue.drain();
   EXPECT_EQ(gauge.gauges().size(), 0U);
-  item->updateView();
+  view.setHidden(true);
+  view.setFrameSize({});
   post(broadcast::menuBarGaugeType, 0);
   EXPECT_EQ(gauge.gaugeDefinedType(), 1);
+  EXPECT_EQ(view.frame().size.width, 10);  // a style may have another width
 }
 
 TEST_F(MenuBarItem, ColoursEveryGaugeByItsOwnLoad) {
   EXPECT_EQ(gauge.outerColor().get(), kFaint);
   using Gauge = VELGaugeViewMultiple::Gauge;
   for (const auto& [user, system, expected] :
-       {std::tuple{0.5F, 0.25F, Gauge{75.0F, kLoaded}}, {0.35F, 0.35F, Gauge{70.0F, kGray}}}) {
+       {std::tuple{0.5F, 0.25F, Gauge{75.0F, kLoaded}},
+        {0.35F, 0.35F, Gauge{70.0F, kGray}},
+        {0.70000005F, 0.0F, Gauge{70.00001F, kLoaded}}}) {  // the next number there is
     setLoad(user, system);
-    item->updateView();
+    post(broadcast::menuBarGaugeType, 1);
     EXPECT_EQ(gauge.gauges(), std::vector{expected});
   }
 
@@ -138,29 +144,35 @@ TEST_F(MenuBarItem, ColoursEveryGaugeByItsOwnLoad) {
   color.set(Color{1, 1, 1}, kFaint, 1);
   EXPECT_EQ(gauge.gauges()[0].innerColor, (Color{1, 1, 1}));
   EXPECT_EQ(gauge.gauges()[1].innerColor, kLoaded);
-  EXPECT_EQ(text.alphaValue(), 0.95F);
-  EXPECT_EQ(gauge.alphaValue(), 1.0);
-  color.set(kGray, kFaint, 0);
-  EXPECT_EQ(text.alphaValue(), 1.0);
+  for (const auto& [style, alpha] : {std::pair{2, 0.95F}, {0, 1.0F}}) {
+    color.set(Color{0, 0, style / 4.0}, kFaint, style);
+    EXPECT_EQ(text.alphaValue(), alpha);
+    EXPECT_EQ(name.alphaValue(), alpha);
+    EXPECT_EQ(gauge.alphaValue(), 1.0);
+    EXPECT_EQ(badge.alphaValue(), 1.0);
+  }
 }
 
 TEST_F(MenuBarItem, HasAPercentageOnlyInItsDisplayMode) {
-  setLoad(0.75F, 0.125F);
   text.setHidden(true);
-  post(broadcast::iconStatusChanged, 1);
-  EXPECT_EQ(text.stringValue(), "88%");
+  post(broadcast::iconStatusChanged, 2);  // before the first sample
   EXPECT_FALSE(text.isHidden());
-  setLoad(0, 0);
-  for (const auto& [hidden, shown] : {std::pair{true, "88%"}, {false, "0%"}}) {
+  setLoad(0.75F, 0.125F);
+  for (const auto& [hidden, shown] : {std::pair{true, "0%"}, {false, "88%"}}) {
     view.setHidden(hidden);
     item->updateView();
     EXPECT_EQ(text.stringValue(), shown);
   }
   post(broadcast::iconStatusChanged, 0);
   EXPECT_EQ(text.stringValue(), "");
+  text.setTextString("88%");
+  item->updateView();
+  EXPECT_EQ(text.stringValue(), "");
 }
 
-TEST_F(MenuBarItem, RedrawsTheBadgeForAnotherGPUOnly) {
+TEST_F(MenuBarItem, RedrawsTheBadgeForAnotherGPUOrColourOnly) {
+  post(broadcast::gfxGPUStatusChanged, 1);
+  EXPECT_EQ(view.frame().size.width, 22);
   const int before = badge.displayRequests();
   for (int i = 0; i < 2; ++i) {
     item->setGputype(1);
@@ -168,6 +180,10 @@ TEST_F(MenuBarItem, RedrawsTheBadgeForAnotherGPUOnly) {
     machine.queue.drain();
     EXPECT_EQ(badge.displayRequests(), before + 1);
   }
+  color.set(kGray, kGray, 0);
+  EXPECT_EQ(badge.displayRequests(), before + 2);
+  color.set(kFaint, kGray, 0);
+  EXPECT_EQ(badge.displayRequests(), before + 3);
 }
 
 TEST_F(MenuBarItem, LeavesNothingBehind) {

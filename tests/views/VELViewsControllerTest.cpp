@@ -12,11 +12,11 @@
 #include <thread>
 #include <vector>
 
-#include "support/TemporaryDirectory.h"
 #include "module/VELModuleController.h"
 #include "platform/headless/HeadlessControls.h"
 #include "platform/host/Broadcasts.h"
 #include "support/ScriptedPlatform.h"
+#include "support/TemporaryDirectory.h"
 
 namespace vel::test {
 namespace {
@@ -55,12 +55,13 @@ class Preferences : public testing::Test {
     machine.kernel.physical = 4;
   }
 
-  void start(const Bundle& bundle) {
+  void start(const Bundle& bundle, PreferencesStore* early = nullptr) {
     ViewControllers views;
     views.main = [](const auto& nib, const Bundle& nibBundle) {
       return std::make_shared<VELViewsController>(nib, nibBundle);
     };
     module = std::make_unique<VELModuleController>(bundle, std::move(views));
+    module->setVelPreferencesDefault(early);
     module->initMainApp();
   }
 
@@ -91,7 +92,9 @@ class Preferences : public testing::Test {
 };
 
 TEST_F(Preferences, AreLoadedAndBroadcastInOrderAndNeverWritten) {
-  start(machine.bundle);
+  store.values = {{"showDisplay", 0}};
+  start(machine.bundle, &store);  // kept, but too early for the views
+  EXPECT_EQ(module->velPreferencesDefault(), &store);
   EXPECT_EQ(taken(), (Log{"IconStatusChanged 1", "IconSubItemsChanged 7", "ShowGraph 0",
                           "MenuBarGaugeType 0", "Top5Type 1", "CoresDisplayed 0"}));
   EXPECT_EQ(machine.nibProblems, Log{});
@@ -100,6 +103,7 @@ TEST_F(Preferences, AreLoadedAndBroadcastInOrderAndNeverWritten) {
   EXPECT_TRUE(object<View>("gpugfxTxtField").isHidden());
   EXPECT_TRUE(object<View>("gpugfxBtn").isHidden());
 
+  constexpr std::int64_t k2To32 = std::int64_t{1} << 32U;
   struct Case {
     Values stored;
     std::vector<int> posted;  ///< in the order above
@@ -110,14 +114,15 @@ TEST_F(Preferences, AreLoadedAndBroadcastInOrderAndNeverWritten) {
       {{{"showDisplay", 0}, {"subItemsDisplayed", 1}}, {0, 0, 0, 0, 1, 0}},
       {{{"showGraph", 1}, {"gaugeType", 3}, {"cpuTop5Type", 0}, {"cpucoresdisplayed", 2}},
        {1, 7, 1, 3, 0, 2}},
-      // What no control offers.
-      {{{"showDisplay", 9}, {"gaugeType", 9}, {"cpucoresdisplayed", 9}}, {0, 6, 0, 3, 0, 2}},
-      {{}, {1, 7, 0, 3, 0, 0}},
+      // What no control offers: the low 32 bits of some are tags.
+      {{{"showDisplay", k2To32 + 1}, {"gaugeType", -1}, {"cpucoresdisplayed", k2To32}},
+       {0, 6, 0, 3, 0, 2}},
+      {{}, {1, 7, 0, 3, 0, 0}},  // without a store
   };
   for (std::size_t i = 0; const auto& [stored, posted] : cases) {
     SCOPED_TRACE(i++);
     store.values = stored;
-    module->setVelPreferencesDefault(&store);
+    module->setVelPreferencesDefault(stored.empty() ? nullptr : &store);
     std::vector<int> values;
     for (const auto& line : taken()) {
       values.push_back(std::stoi(line.substr(line.find(' '))));
@@ -126,6 +131,9 @@ TEST_F(Preferences, AreLoadedAndBroadcastInOrderAndNeverWritten) {
     EXPECT_EQ(object<HeadlessButton>("showGauge").state(), (posted[1] & 2) / 2);
     EXPECT_EQ(object<HeadlessButton>("showModuleName").state(), (posted[1] & 4) / 4);
   }
+  object<HeadlessButton>("btnShowGraph").click();
+  drain();
+  EXPECT_EQ(taken(), Log{"ShowGraph 1"});
 }
 
 TEST_F(Preferences, AreBroadcastBeforeTheyAreSaved) {
@@ -164,9 +172,12 @@ TEST_F(Preferences, AreBroadcastBeforeTheyAreSaved) {
   // What is saved is how the control stands then.
   click("showGauge")();
   click("showGauge")();
+  choose("popupGaugeType", 1)();
+  choose("popupGaugeType", 0)();
+  taken();
   drain();
   EXPECT_EQ(taken(), (Log{"IconSubItemsChanged 0", "subItemsDisplayed = 0", "IconSubItemsChanged 0",
-                          "subItemsDisplayed = 0"}));
+                          "subItemsDisplayed = 0", "gaugeType = 0", "gaugeType = 0"}));
 }
 
 TEST_F(Preferences, ChooseTheGraphsThatARefreshFeeds) {
@@ -190,8 +201,15 @@ TEST_F(Preferences, ChooseTheGraphsThatARefreshFeeds) {
     EXPECT_EQ(histories.value(graphs - 1, 0), 37.5F);
   }
   machine.notificationCenter.post(broadcast::coresDisplayed, 3);
+  object<VELMenuBarText>("percentageLabel").setTextString("");
   module->updateViews();
   EXPECT_EQ(histories.size(0), 4U);
+  EXPECT_EQ(object<VELMenuBarText>("percentageLabel").stringValue(), "38%");
+  machine.notificationCenter.removeObserver(this);
+  machine.notificationCenter.post(broadcast::coresDisplayed);  // nothing counts as 0
+  module->updateViews();
+  EXPECT_EQ(histories.size(0), 5U);
+  EXPECT_EQ(histories.size(1), 2U);
 }
 
 /// A queue whose tasks stay where they are after they have run.

@@ -24,9 +24,9 @@ class Bundle {
   using Problem = std::string;
 
   /// Opens the bundle at `directory` and reads the "Localizable" table of the first of the locale's
-  /// languages that it has, else of English. Returns nothing, and adds to `problems`, when Info.strings cannot be
-  /// read, is not a strings table or has no "identifier". A "Localizable" table that cannot be read
-  /// or parsed whole adds a problem too, but only costs its entries.
+  /// languages that it has, else of English. Returns nothing, and adds to `problems`, when
+  /// Info.strings cannot be read, is not a strings table or has no "identifier". A "Localizable"
+  /// table that cannot be read or parsed whole adds a problem too, but only costs its entries.
   static std::optional<Bundle> open(const std::filesystem::path& directory, const Locale& locale,
                                     std::vector<Problem>& problems);
 

@@ -7,7 +7,7 @@ namespace vel {
 bool TaggedItems::selectTag(std::int64_t tag) {
   const auto item = std::find_if(items_.begin(), items_.end(),
                                  [tag](const Item& candidate) { return candidate.tag == tag; });
-  if (item == items_.end() || selectedTag() == tag) {
+  if (item == items_.end()) {
     return false;
   }
   selected_ = static_cast<std::size_t>(item - items_.begin());

@@ -30,7 +30,7 @@ class TaggedItems {
   void deselect() { selected_.reset(); }
   /// `index` is below `all().size()`.
   void selectIndex(std::size_t index) { selected_ = index; }
-  /// Without such an item the selection stays. Returns whether it is another now.
+  /// Without such an item the selection stays. Returns whether there is one.
   bool selectTag(std::int64_t tag);
   [[nodiscard]] std::optional<std::int64_t> selectedTag() const;
 
@@ -83,8 +83,7 @@ class HeadlessChoice : public HeadlessControl<Interface, kClass> {
 
   [[nodiscard]] TaggedItems& items() { return items_; }
 
-  /// The user's choice. The action is called only if it changes the selection; a tag that nothing
-  /// has cannot be chosen.
+  /// The user's choice, also of what is selected already; a tag that nothing has cannot be chosen.
   void choose(std::int64_t tag) {
     if (items_.selectTag(tag)) {
       this->sendAction();

@@ -23,13 +23,4 @@ double widthInFixedFont(std::string_view text) {
          static_cast<double>(std::count_if(text.begin(), text.end(), startsCharacter));
 }
 
-void HeadlessModuleNameStatusBarView::setColorObject(VELColor* color) {
-  colorObject_ = color;
-  if (color == nullptr) {
-    labelColor_.unbind();
-  } else {
-    labelColor_.bind(color->statusLabelColor());
-  }
-}
-
 }  // namespace vel

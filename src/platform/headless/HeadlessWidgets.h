@@ -102,7 +102,7 @@ class HeadlessMenuBarText : public HeadlessFittedText<VELMenuBarText> {
 class HeadlessModuleNameStatusBarView : public HeadlessFittedText<VELModuleNameStatusBarView> {
  public:
   /// Null for none.
-  void setColorObject(VELColor* color) override;
+  void setColorObject(VELColor* color) override { colorObject_ = color; }
   void setThreeLetterName(std::string_view name) override { setText(name); }
 
   [[nodiscard]] VELColor* colorObject() const { return colorObject_; }
@@ -110,7 +110,6 @@ class HeadlessModuleNameStatusBarView : public HeadlessFittedText<VELModuleNameS
 
  private:
   VELColor* colorObject_ = nullptr;
-  Property<Color> labelColor_{Color{}, [this](const Color&) { setNeedsDisplay(); }};
 };
 
 }  // namespace vel

@@ -16,7 +16,8 @@ class Control : public View {
  public:
   [[nodiscard]] virtual ControlClass controlClass() const = 0;
 
-  /// Called on the main thread after the user, not the program, has changed the control.
+  /// Called on the main thread after the user, not the program, has operated the control: it may be
+  /// as it was.
   virtual void setAction(std::function<void()> action) = 0;
 };
 

@@ -12,10 +12,11 @@ unset DBUS_SESSION_BUS_ADDRESS WAYLAND_DISPLAY QT_QPA_PLATFORM XDG_CURRENT_DESKT
 mkdir -m 700 "$XDG_RUNTIME_DIR"
 settings=$XDG_CONFIG_HOME/velbar/settings.ini
 
-trap 'jobs -p | xargs -r kill 2>/dev/null; wait 2>/dev/null; rm -rf "$scratch"' EXIT
+trap 'jobs -p | xargs -r kill 2>/dev/null || :; wait 2>/dev/null || :; rm -rf "$scratch"' EXIT
 
 fail() {
   printf '%s\n' "$@"
+  cat "$scratch/openbox" 2>/dev/null || :
   if [[ -n ${VEL_PICTURE_OF_FAILURE:-} ]]; then
     import -window root "$VEL_PICTURE_OF_FAILURE" || :
   fi
@@ -32,6 +33,11 @@ await() {
   done
 }
 mkfifo "$scratch/never"
+set -E
+trap 'echo "line $LINENO: $BASH_COMMAND failed"' ERR
+
+# hasProperty WINDOW... PROPERTY VALUE: WINDOW as xprop takes it. (A pipe into grep -q would end xprop by a signal.)
+hasProperty() { [[ $(xprop "${@:1:$#-1}") == *"${!#}"* ]]; }
 
 # startServer SIZE: an X server and a window manager.
 startServer() {
@@ -39,9 +45,9 @@ startServer() {
   Xvfb -displayfd 3 -screen 0 "$1x24" -nolisten tcp +extension RANDR 3>"$scratch/display" 2>/dev/null &
   read -r number <"$scratch/display"
   export DISPLAY=:$number
-  openbox >/dev/null 2>&1 &
+  openbox >"$scratch/openbox" 2>&1 &
   await "the window manager" xprop -root _NET_SUPPORTING_WM_CHECK
-  await "the window manager's name" eval 'xprop -root _NET_SUPPORTED | grep -q STRUT'
+  await "the window manager's name" hasProperty -root _NET_SUPPORTED _NET_WM_STRUT_PARTIAL
 }
 
 # start ARGUMENT...: starts velbar; $velbar is its process.
@@ -67,7 +73,7 @@ windowNamed() {
 menuWindow() {
   local window
   for window in $(xdotool search --onlyvisible --class velbar); do
-    ! xwininfo -id "$window" | grep -q 'Override Redirect State: yes' || { echo "$window" && return; }
+    [[ $(xwininfo -id "$window") != *'Override Redirect State: yes'* ]] || { echo "$window" && return; }
   done
 }
 isThere() { [[ -n $(windowNamed "$1") ]]; }

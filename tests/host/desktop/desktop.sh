@@ -13,8 +13,8 @@ startServer 1000x700
 start --interval 0.2
 await "the bar" isThere Velbar
 bar=$(windowNamed Velbar)
-xprop -id "$bar" _NET_WM_WINDOW_TYPE | grep -q _NET_WM_WINDOW_TYPE_DOCK || fail "the bar is no dock"
-xprop -id "$bar" _NET_WM_STATE | grep -q _NET_WM_STATE_ABOVE || fail "the bar does not stay on top"
+hasProperty -id "$bar" _NET_WM_WINDOW_TYPE _NET_WM_WINDOW_TYPE_DOCK || fail "the bar is no dock"
+hasProperty -id "$bar" _NET_WM_STATE _NET_WM_STATE_ABOVE || fail "the bar does not stay on top"
 await "the bar in its corner" isTopRight "$bar" 1000
 [[ ! -e $settings ]] || fail "defaults have been written"
 
@@ -143,7 +143,7 @@ trayer --edge bottom --height 22 --widthtype request >/dev/null 2>&1 &
 await "the tray" isThere panel
 tray=$(windowNamed panel)
 start --tray --interval 0.2
-hasIcon() { xwininfo -tree -id "$tray" | grep -qi velbar; }
+hasIcon() { [[ $(xwininfo -tree -id "$tray") == *velbar* ]]; }
 await "the icon" hasIcon
 isThere Velbar && fail "there is a bar beside the icon"
 read -r x y width height < <(geometry "$tray")

@@ -7,10 +7,10 @@
 #include <fstream>
 #include <vector>
 
-#include "support/TemporaryDirectory.h"
 #include "platform/headless/HeadlessControls.h"
 #include "platform/headless/HeadlessWidgets.h"
 #include "platform/host/VELGraphArrays.h"
+#include "support/TemporaryDirectory.h"
 
 namespace vel::test {
 
