@@ -1,13 +1,10 @@
 // Finds and reads a bundle's files.
 #include "platform/foundation/Bundle.h"
 
-#include <cerrno>
-#include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <system_error>
 #include <utility>
 
+#include "platform/foundation/ReadFile.h"
 #include "platform/foundation/StringsTable.h"
 
 namespace vel {
@@ -16,31 +13,6 @@ namespace {
 using Table = decltype(StringsTable::entries);
 using Problems = std::vector<Bundle::Problem>;
 using std::filesystem::path;
-
-constexpr std::uintmax_t kLargestFile = 16U << 20U;
-
-struct CloseFile {
-  void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
-};
-
-std::error_code readFile(const path& file, std::string& into) {
-  std::error_code error;
-  // Refuses directories and whatever else has no end, before it is opened.
-  const std::uintmax_t size = std::filesystem::file_size(file, error);
-  if (error) {
-    return error;
-  }
-  if (size > kLargestFile) {
-    return std::make_error_code(std::errc::file_too_large);
-  }
-  const std::unique_ptr<std::FILE, CloseFile> stream(std::fopen(file.c_str(), "rbe"));
-  if (stream == nullptr) {
-    return {errno, std::generic_category()};
-  }
-  into.resize(size);
-  into.resize(std::fread(into.data(), 1, into.size(), stream.get()));
-  return std::ferror(stream.get()) != 0 ? std::make_error_code(std::errc::io_error) : error;
-}
 
 /// What the keys are written in; its table has what differs from them.
 constexpr const char* kDevelopmentLanguage = "en";

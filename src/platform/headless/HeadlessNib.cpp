@@ -2,12 +2,10 @@
 #include "platform/headless/HeadlessNib.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <limits>
 #include <optional>
 #include <pugixml.hpp>
@@ -15,14 +13,13 @@
 #include <utility>
 #include <vector>
 
+#include "platform/foundation/ReadFile.h"
 #include "platform/headless/HeadlessControls.h"
 #include "platform/headless/HeadlessWidgets.h"
 #include "platform/host/VELGraphArrays.h"
 
 namespace vel {
 namespace {
-
-constexpr std::uintmax_t kLargestFile = 16U << 20U;
 
 std::string inQuotes(std::string_view text) {
   return '"' + std::string(text) + '"';
@@ -40,27 +37,6 @@ std::string textOf(const pugi::xml_node& node) {
 /// The value of a property: the element inside, none if there is no such property.
 pugi::xml_node valueOf(const pugi::xml_node& widget, const char* property) {
   return widget.find_child_by_attribute("property", "name", property).first_child();
-}
-
-std::error_code readFile(const std::filesystem::path& file, std::string& into) {
-  std::error_code error;
-  // Refuses directories and whatever else has no end, before it is opened.
-  const std::uintmax_t size = std::filesystem::file_size(file, error);
-  if (error) {
-    return error;
-  }
-  if (size > kLargestFile) {
-    return std::make_error_code(std::errc::file_too_large);
-  }
-  into.resize(size);
-  errno = 0;
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream.is_open()) {
-    return {errno, std::generic_category()};
-  }
-  stream.read(into.data(), static_cast<std::streamsize>(into.size()));
-  into.resize(static_cast<std::size_t>(stream.gcount()));
-  return stream.bad() ? std::make_error_code(std::errc::io_error) : error;
 }
 
 }  // namespace
