@@ -81,6 +81,9 @@ void prepareQt(bool withoutDisplay) {
   }
   // Nothing here is painted with OpenGL, and its driver takes more memory than all the rest.
   setDefault("QT_XCB_GL_INTEGRATION", "none");
+  // With shared memory Qt waits for the server before each painting; what changes here is a few
+  // thousand pixels.
+  setDefault("QT_XCB_NO_MITSHM", "1");
   // Its remarks are for the developers of programs.
   qInstallMessageHandler(
       [](QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {

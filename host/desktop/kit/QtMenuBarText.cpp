@@ -5,12 +5,14 @@
 #include <QPointF>
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <utility>
 
 namespace vel {
 
 namespace {
+
+/// More than a figure and its sign ever take.
+constexpr std::size_t kMaximumPieces = 32;
 
 bool isDigit(QChar character) {
   return character >= u'0' && character <= u'9';
@@ -25,32 +27,17 @@ double widestDigit(const QFontMetricsF& metrics) {
   return std::round(widest);
 }
 
-/// Hands on what stands together, each digit on its own, with its offset. Returns the whole width.
-double eachPart(const QString& text, const QFontMetricsF& metrics,
-                const std::function<void(const QString& part, double x)>& handle) {
-  const double digitWidth = widestDigit(metrics);
-  double x = 0.0;
-  for (qsizetype start = 0; start < text.size();) {
-    if (isDigit(text[start])) {
-      const double advance = metrics.horizontalAdvance(text[start]);
-      handle(text.mid(start, 1), x + (digitWidth - advance) / 2);
-      x += digitWidth;
-      ++start;
-    } else {
-      const auto* const end = std::find_if(text.begin() + start, text.end(), isDigit);
-      const QString part = text.mid(start, end - text.begin() - start);
-      handle(part, x);
-      x += metrics.horizontalAdvance(part);
-      start += part.size();
-    }
-  }
-  return x;
+/// The longest piece from there on that is set as a whole: one digit, or all up to the next.
+QString pieceAt(const QString& text, qsizetype start) {
+  const auto* const begin = text.begin() + start;
+  const auto* const end = isDigit(*begin) ? begin + 1 : std::find_if(begin, text.end(), isDigit);
+  return text.mid(start, end - begin);
 }
 
 }  // namespace
 
 QtMenuBarText::QtMenuBarText(PaintedWidget& widget) : PaintedView(widget) {
-  fit();
+  fontDidChange();
 }
 
 void QtMenuBarText::setTextString(std::string_view text) {
@@ -62,22 +49,52 @@ void QtMenuBarText::setTextString(std::string_view text) {
   }
 }
 
-void QtMenuBarText::fit() {
-  const auto measureOnly = [](const QString& /*part*/, double /*x*/) {};
+void QtMenuBarText::fontDidChange() {
   const QFontMetricsF metrics(widget().font(), &widget());
-  fitWidth(static_cast<int>(std::ceil(eachPart(text_, metrics, measureOnly))));
+  digitWidth_ = widestDigit(metrics);
+  capHeight_ = metrics.capHeight();
+  ascent_ = metrics.ascent();
+  pieces_.clear();
+  fit();
+}
+
+const QtMenuBarText::Piece& QtMenuBarText::piece(const QString& text) {
+  const auto known = pieces_.find(text);
+  if (known != pieces_.end()) {
+    return known->second;
+  }
+  if (pieces_.size() >= kMaximumPieces) {
+    pieces_.clear();
+  }
+  Piece made{QStaticText(text), QFontMetricsF(widget().font(), &widget()).horizontalAdvance(text)};
+  made.text.setTextFormat(Qt::PlainText);
+  made.text.prepare({}, widget().font());
+  return pieces_.insert({text, std::move(made)}).first->second;
+}
+
+void QtMenuBarText::fit() {
+  placed_.clear();
+  double x = 0.0;
+  for (qsizetype start = 0; start < text_.size();) {
+    const QString text = pieceAt(text_, start);
+    const Piece& set = piece(text);
+    const double width = isDigit(text[0]) ? digitWidth_ : set.width;
+    placed_.push_back({set.text, x + (width - set.width) / 2});
+    x += width;
+    start += text.size();
+  }
+  fitWidth(static_cast<int>(std::ceil(x)));
 }
 
 void QtMenuBarText::paint(QPainter& painter) {
-  const QFontMetricsF metrics(widget().font(), &widget());
   const double ratio = widget().devicePixelRatioF();
   // Capitals and digits, not the font's line, are what has to look centred.
-  const double baseline = (widget().height() + metrics.capHeight()) / 2;
-  const double y = std::floor(baseline * ratio) / ratio;
+  const double baseline = (widget().height() + capHeight_) / 2;
+  const double top = std::floor(baseline * ratio) / ratio - ascent_;
   painter.setPen(widget().palette().color(QPalette::WindowText));
-  eachPart(text_, metrics, [&](const QString& part, double x) {
-    painter.drawText(QPointF(std::round(x * ratio) / ratio, y), part);
-  });
+  for (const auto& [text, x] : placed_) {
+    painter.drawStaticText(QPointF(std::round(x * ratio) / ratio, top), text);
+  }
 }
 
 }  // namespace vel

@@ -3,9 +3,12 @@
 
 #include <QFont>
 #include <QPainter>
+#include <QStaticText>
 #include <QString>
+#include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/desktop/kit/PaintedView.h"
 #include "platform/host/VELMenuBarText.h"
@@ -23,12 +26,28 @@ class QtMenuBarText : public PaintedView<VELMenuBarText> {
 
  protected:
   void paint(QPainter& painter) override;
-  void fontDidChange() override { fit(); }
+  void fontDidChange() override;
 
  private:
+  /// Set once for a font, as the same few come again and again.
+  struct Piece {
+    QStaticText text;
+    double width = 0.0;
+  };
+  struct Placed {
+    QStaticText text;
+    double x = 0.0;
+  };
+
+  const Piece& piece(const QString& text);
   void fit();
 
   QString text_;
+  std::vector<Placed> placed_;
+  std::map<QString, Piece> pieces_;
+  double digitWidth_ = 0.0;
+  double capHeight_ = 0.0;
+  double ascent_ = 0.0;
 };
 
 }  // namespace vel
