@@ -9,6 +9,7 @@ namespace vel {
 WidgetWindow::WidgetWindow(const Texts& texts, const Locale& locale, QWidget* view)
     : locale_(locale), view_(view) {
   setWindowTitle(QStringLiteral("Velbar"));
+  setMinimumWidth(280);
   load_->setRange(0, 100);
   load_->setAccessibleName(texts("CPU"));
   averages_->setTextFormat(Qt::PlainText);
