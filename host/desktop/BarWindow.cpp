@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -29,6 +30,26 @@ QRect desktopInPixels() {
     all |= inPixels(screen->geometry(), screen->devicePixelRatio());
   }
   return all;
+}
+
+/// Whether another screen lies between this one and the desktop's edge. What is kept free counts
+/// from there, and would take that screen's room.
+bool isInnerEdge(const QScreen& screen, Edge edge) {
+  QRect beyond = inPixels(screen.geometry(), screen.devicePixelRatio());
+  const QRect desktop = desktopInPixels();
+  if (edge == Edge::top) {
+    beyond = QRect(QPoint(beyond.left(), desktop.top()), QPoint(beyond.right(), beyond.top() - 1));
+  } else {
+    beyond =
+        QRect(QPoint(beyond.left(), beyond.bottom() + 1), QPoint(beyond.right(), desktop.bottom()));
+  }
+  // Neighbours may seem to share a pixel once their sizes are rounded.
+  beyond.adjust(1, 1, -1, -1);
+  const QList<QScreen*> screens = QGuiApplication::screens();
+  return std::any_of(screens.begin(), screens.end(), [&](const QScreen* other) {
+    return other != &screen &&
+           beyond.intersects(inPixels(other->geometry(), other->devicePixelRatio()));
+  });
 }
 
 }  // namespace
@@ -92,9 +113,13 @@ void BarWindow::place() {
 }
 
 void BarWindow::reservePlace(const QScreen& screen) {
+  if (isInnerEdge(screen, edge_)) {
+    releaseEdge(*this);
+    return;
+  }
   const double ratio = screen.devicePixelRatio();
   reserveEdge(*this, edge_, static_cast<int>(std::lround(kHeight * ratio)),
-              inPixels(screen.geometry(), ratio), desktopInPixels());
+              inPixels(screen.geometry(), ratio));
 }
 
 bool BarWindow::eventFilter(QObject* object, QEvent* event) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "host/Report.h"
 #include "host/desktop/GeneralPage.h"
 #include "host/desktop/windowing/QtView.h"
 
@@ -50,6 +51,9 @@ void DesktopHost::startInMenuBar(const DesktopOptions& options, PreferencesStore
       texts_, session_.module(),
       ItemMenu::Actions{openPreferencesAction, [] { QCoreApplication::quit(); }});
   if (options.tray) {
+    if (!QSystemTrayIcon::isSystemTrayAvailable()) {
+      report("velbar", "no system tray yet; the icon comes with one");
+    }
     tray_ = std::make_unique<TrayItem>(*item, *menu_);
   } else {
     bar_ = std::make_unique<BarWindow>(

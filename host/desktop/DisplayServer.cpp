@@ -3,6 +3,7 @@
 #include <xcb/xcb.h>
 
 #include <QGuiApplication>
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
@@ -11,6 +12,9 @@
 
 namespace vel {
 namespace {
+
+constexpr std::string_view kStrutPartial = "_NET_WM_STRUT_PARTIAL";
+constexpr std::string_view kStrut = "_NET_WM_STRUT";
 
 struct Free {
   void operator()(void* memory) const { std::free(memory); }
@@ -27,6 +31,13 @@ xcb_atom_t atom(xcb_connection_t* server, std::string_view name) {
   const std::unique_ptr<xcb_intern_atom_reply_t, Free> reply(
       xcb_intern_atom_reply(server, cookie, nullptr));
   return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
+QRect rootWindow(xcb_connection_t* server) {
+  const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
+  const std::unique_ptr<xcb_get_geometry_reply_t, Free> reply(
+      xcb_get_geometry_reply(server, xcb_get_geometry(server, root), nullptr));
+  return reply ? QRect(0, 0, reply->width, reply->height) : QRect();
 }
 
 void setProperty(xcb_connection_t* server, const QWidget& window, std::string_view property,
@@ -56,25 +67,45 @@ void makeDock(const QWidget& window) {
   xcb_flush(server);
 }
 
-void reserveEdge(const QWidget& window, Edge edge, int thickness, const QRect& screen,
-                 const QRect& desktop) {
+void reserveEdge(const QWidget& window, Edge edge, int thickness, const QRect& screen) {
   xcb_connection_t* server = connection();
   if (server == nullptr) {
     return;
   }
   // left, right, top, bottom, then the start and the end of each along its edge. What is kept free
-  // counts from the edge of all screens together.
+  // counts from the edge of the root window, which may be larger than all screens together.
   std::array<std::uint32_t, 12> strut{};
+  const QRect root = rootWindow(server);
   const bool top = edge == Edge::top;
-  const int kept =
-      thickness + (top ? screen.top() - desktop.top() : desktop.bottom() - screen.bottom());
   const std::size_t side = top ? 2 : 3;
-  strut[side] = static_cast<std::uint32_t>(kept);
+  const int kept = thickness + (top ? screen.top() : root.bottom() - screen.bottom());
+  strut[side] = static_cast<std::uint32_t>(std::max(kept, 0));
   strut[4 + 2 * side] = static_cast<std::uint32_t>(screen.left());
-  strut[5 + 2 * side] = static_cast<std::uint32_t>(screen.right());
-  setProperty(server, window, "_NET_WM_STRUT_PARTIAL", XCB_ATOM_CARDINAL, strut.data(), 12);
-  setProperty(server, window, "_NET_WM_STRUT", XCB_ATOM_CARDINAL, strut.data(), 4);
+  strut[5 + 2 * side] = static_cast<std::uint32_t>(std::min(screen.right(), root.right()));
+  setProperty(server, window, kStrutPartial, XCB_ATOM_CARDINAL, strut.data(), 12);
+  setProperty(server, window, kStrut, XCB_ATOM_CARDINAL, strut.data(), 4);
   xcb_flush(server);
+}
+
+void releaseEdge(const QWidget& window) {
+  xcb_connection_t* server = connection();
+  if (server == nullptr) {
+    return;
+  }
+  for (const auto property : {kStrutPartial, kStrut}) {
+    xcb_delete_property(server, static_cast<xcb_window_t>(window.winId()), atom(server, property));
+  }
+  xcb_flush(server);
+}
+
+std::string displayName() {
+  char* host = nullptr;
+  int number = 0;
+  if (xcb_parse_display(nullptr, &host, &number, nullptr) == 0) {
+    return {};
+  }
+  const std::unique_ptr<char, Free> owner(host);
+  return std::string(host) + ":" + std::to_string(number);
 }
 
 }  // namespace vel

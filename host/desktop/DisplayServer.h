@@ -3,6 +3,7 @@
 
 #include <QRect>
 #include <QWidget>
+#include <string>
 
 #include "host/desktop/Options.h"
 
@@ -17,8 +18,14 @@ void makeDock(const QWidget& window);
 
 /// Has the window manager keep `thickness` pixels of the screen's edge free for the window, over
 /// the screen's width (Extended Window Manager Hints, _NET_WM_STRUT_PARTIAL). All in the X server's
-/// pixels; `desktop` is the whole of all screens.
-void reserveEdge(const QWidget& window, Edge edge, int thickness, const QRect& screen,
-                 const QRect& desktop);
+/// pixels.
+void reserveEdge(const QWidget& window, Edge edge, int thickness, const QRect& screen);
+
+/// Has it keep nothing free.
+void releaseEdge(const QWidget& window);
+
+/// The X server of DISPLAY, however it is written: without the number of the screen. Empty if
+/// there is no DISPLAY.
+std::string displayName();
 
 }  // namespace vel

@@ -7,6 +7,8 @@
 #include <set>
 #include <utility>
 
+#include "host/desktop/windowing/WheelGuard.h"
+
 namespace vel {
 namespace {
 
@@ -29,6 +31,7 @@ void fillIntervals(QComboBox& box, std::int64_t current) {
 QComboBox* addRow(QFormLayout& form, const QString& caption, const QString& name) {
   auto* box = new QComboBox;
   box->setAccessibleName(name);
+  guardFromWheel(*box);
   form.addRow(caption, box);
   return box;
 }
@@ -36,7 +39,7 @@ QComboBox* addRow(QFormLayout& form, const QString& caption, const QString& name
 }  // namespace
 
 GeneralPage::GeneralPage(const Texts& texts, std::int64_t refreshInterval, Appearance appearance,
-                         Actions actions) {
+                         const Actions& actions) {
   auto* form = new QFormLayout(this);
   form->setFormAlignment(Qt::AlignTop | Qt::AlignLeft);
   form->setLabelAlignment(Qt::AlignRight);

@@ -18,7 +18,7 @@ class GeneralPage : public QWidget {
 
   /// The actions are called after the user's changes, which the page has not kept anywhere.
   GeneralPage(const Texts& texts, std::int64_t refreshInterval, Appearance appearance,
-              Actions actions);
+              const Actions& actions);
 };
 
 }  // namespace vel

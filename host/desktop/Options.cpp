@@ -1,7 +1,9 @@
 #include "host/desktop/Options.h"
 
 #include <CLI/CLI.hpp>
+#include <array>
 #include <string>
+#include <utility>
 
 namespace vel {
 namespace {
@@ -44,19 +46,17 @@ void addSnapshot(CLI::App& app, std::optional<std::filesystem::path>& directory)
 }
 
 void requireOneWay(const DesktopOptions& options) {
-  const struct {
-    const char* name;
-    bool given;
-  } ways[] = {{"--bar", options.fullWidth},
-              {"--tray", options.tray},
-              {"--widget", options.widget},
-              {"--snapshot", options.snapshots.has_value()}};
+  const std::array<std::pair<const char*, bool>, 4> ways{
+      {{"--bar", options.fullWidth},
+       {"--tray", options.tray},
+       {"--widget", options.widget},
+       {"--snapshot", options.snapshots.has_value()}}};
   const char* first = nullptr;
-  for (const auto& way : ways) {
-    if (way.given && first != nullptr) {
-      throw CLI::ExcludesError(first, way.name);
+  for (const auto& [name, given] : ways) {
+    if (given && first != nullptr) {
+      throw CLI::ExcludesError(first, name);
     }
-    first = way.given ? way.name : first;
+    first = given ? name : first;
   }
 }
 

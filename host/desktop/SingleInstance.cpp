@@ -24,12 +24,21 @@ constexpr std::size_t kLongestWord = 64;
   throw std::system_error(error, std::generic_category(), path.string());
 }
 
-/// XDG Base Directory Specification: where it is not set, a replacement with the same access.
+/// Made if it is missing: Qt would do so later on, and a second start find another directory.
+bool isOurDirectory(const char* path) {
+  mkdir(path, S_IRWXU);
+  struct stat status {};
+  return stat(path, &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == getuid();
+}
+
+/// XDG Base Directory Specification: where it is not set, a replacement with the same access. So
+/// too where it is another user's, as after su.
 std::filesystem::path runtimeDirectory() {
-  if (const char* given = std::getenv("XDG_RUNTIME_DIR"); given != nullptr && given[0] == '/') {
+  if (const char* given = std::getenv("XDG_RUNTIME_DIR");
+      given != nullptr && given[0] == '/' && isOurDirectory(given)) {
     return given;
   }
-  const std::filesystem::path made = "/tmp/velbar-" + std::to_string(getuid());
+  std::filesystem::path made = "/tmp/velbar-" + std::to_string(getuid());
   if (mkdir(made.c_str(), S_IRWXU) == -1 && errno != EEXIST) {
     fail(errno, made);
   }

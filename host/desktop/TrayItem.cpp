@@ -1,6 +1,7 @@
 #include "host/desktop/TrayItem.h"
 
 #include <QCursor>
+#include <QGuiApplication>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -14,6 +15,8 @@ namespace vel {
 namespace {
 
 constexpr int kFallbackSize = 22;
+constexpr double kPlateRadius = 3.0;
+constexpr int kPlateMargin = 2;
 
 /// The first view of that kind in the item that is not hidden.
 template <typename Kind>
@@ -37,6 +40,15 @@ Gauges asOne(const Gauges& gauges) {
     highest = gauge.value > highest.value ? gauge : highest;
   }
   return {{sum / static_cast<float>(gauges.size()), highest.innerColor}};
+}
+
+/// The panel's colour is not known: on a plate of its own the icon can be seen on any.
+void paintPlate(QPainter& painter, int size) {
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QGuiApplication::palette().window());
+  painter.drawRoundedRect(QRect(0, 0, size, size), kPlateRadius, kPlateRadius);
+  painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
 }  // namespace
@@ -76,12 +88,15 @@ QImage TrayItem::paintIcon(int size) const {
   image.setDevicePixelRatio(ratio);
   image.fill(Qt::transparent);
   QPainter painter(&image);
+  paintPlate(painter, size);
   auto* gauges = find<VELGaugeViewMultiple>(item_);
   if (gauges != nullptr && !gauges->gauges().empty()) {
     const std::int64_t type = gauges->gaugeDefinedType();
-    const bool fits = gaugesWidth(type, gauges->gauges().size()) <= size;
-    paintGauges(painter, QRect(0, 0, size, size), type,
-                fits ? gauges->gauges() : asOne(gauges->gauges()), gauges->outerColor().get());
+    const bool fits = gaugesWidth(type, gauges->gauges().size()) <= size - 2 * kPlateMargin;
+    const QRect inside =
+        QRect(0, 0, size, size).adjusted(kPlateMargin, kPlateMargin, -kPlateMargin, -kPlateMargin);
+    paintGauges(painter, inside, type, fits ? gauges->gauges() : asOne(gauges->gauges()),
+                gauges->outerColor().get());
   } else {
     const double scale = static_cast<double>(size) / std::max(1, item_.width());
     painter.translate(0.0, (size - item_.height() * scale) / 2.0);

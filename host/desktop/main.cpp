@@ -1,8 +1,7 @@
 // velbar: the start-up of the desktop host.
 #include <unistd.h>
 
-#include <QApplication>
-#include <QIcon>
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -15,6 +14,7 @@
 #include "host/InstalledFiles.h"
 #include "host/Report.h"
 #include "host/Signals.h"
+#include "host/desktop/DesktopApplication.h"
 #include "host/desktop/DesktopHost.h"
 #include "host/desktop/DisplayServer.h"
 #include "host/desktop/Options.h"
@@ -58,59 +58,12 @@ int answer(const CommandLineAnswer& answer) {
   if (!options.bundle.empty()) {
     arguments.insert(arguments.end(), {"--bundle", options.bundle});
   }
-  std::vector<char*> pointers;
-  for (std::string& argument : arguments) {
-    pointers.push_back(argument.data());
-  }
-  pointers.push_back(nullptr);
+  std::vector<char*> pointers(arguments.size() + 1);
+  std::transform(arguments.begin(), arguments.end(), pointers.begin(),
+                 [](std::string& argument) { return argument.data(); });
   execv(program.c_str(), pointers.data());
   throw std::system_error(errno, std::generic_category(), program);
 }
-
-void setDefault(const char* variable, const char* value) {
-  setenv(variable, value, 0);
-}
-
-/// Before Qt starts.
-void prepareQt(bool withoutDisplay) {
-  if (withoutDisplay) {
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
-  } else {
-    // A bar places itself, which the X server alone lets a window do.
-    setDefault("QT_QPA_PLATFORM", "xcb");
-  }
-  // Nothing here is painted with OpenGL, and its driver takes more memory than all the rest.
-  setDefault("QT_XCB_GL_INTEGRATION", "none");
-  // With shared memory Qt waits for the server before each painting; what changes here is a few
-  // thousand pixels.
-  setDefault("QT_XCB_NO_MITSHM", "1");
-  // Its remarks are for the developers of programs.
-  qInstallMessageHandler(
-      [](QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
-        if (type == QtCriticalMsg || type == QtFatalMsg) {
-          report(kProgram, message.toStdString());
-        }
-      });
-  // Qt's own event dispatcher wakes less than GLib's.
-  setDefault("QT_NO_GLIB", "1");
-}
-
-/// Velbar's own arguments are no business of Qt's.
-class Application {
- public:
-  Application() {
-    QApplication::setStyle(QStringLiteral("Fusion"));
-    QApplication::setDesktopFileName(QStringLiteral("org.velbar.Velbar"));
-    QIcon::setThemeSearchPaths(QIcon::themeSearchPaths()
-                               << QString::fromStdString(installedPath(VEL_ICONS_DIR)));
-  }
-
- private:
-  int count_ = 1;
-  char name_[7] = "velbar";
-  char* values_[2] = {&name_[0], nullptr};
-  QApplication qt_{count_, values_};
-};
 
 ModuleSession makeSession(const DesktopOptions& options, std::vector<std::string> arguments,
                           const Locale& locale, const Bundle* hostBundle, Workspace& workspace) {
@@ -127,11 +80,6 @@ ModuleSession makeSession(const DesktopOptions& options, std::vector<std::string
            workspace}};
 }
 
-std::string sessionName() {
-  const char* display = std::getenv("DISPLAY");
-  return display != nullptr ? display : "";
-}
-
 /// What the one that runs already has been asked to do.
 int tellFirst(const SingleInstance& instance, const DesktopOptions& options) {
   const bool told = instance.tell(options.preferences ? kOpenPreferences : kBringUp);
@@ -140,14 +88,13 @@ int tellFirst(const SingleInstance& instance, const DesktopOptions& options) {
 }
 
 int showOnDesktop(const DesktopOptions& options, std::vector<std::string> arguments) {
-  SingleInstance instance((options.widget ? "widget" : "bar") + sessionName());
+  SingleInstance instance((options.widget ? "widget" : "bar") + displayName());
   if (!instance.isFirst()) {
     return tellFirst(instance, options);
   }
   // Before the first thread, which inherits what is blocked.
   Signals signals{SIGINT, SIGTERM, SIGHUP};
-  prepareQt(false);
-  const Application application;
+  const DesktopApplication application(kProgram, DesktopApplication::Platform::display);
 
   const Locale locale = Locale::current();
   const auto hostBundle = openHostBundle(kProgram, locale);
@@ -172,8 +119,7 @@ int showOnDesktop(const DesktopOptions& options, std::vector<std::string> argume
 }
 
 int snapshot(const DesktopOptions& options, std::vector<std::string> arguments) {
-  prepareQt(true);
-  const Application application;
+  const DesktopApplication application(kProgram, DesktopApplication::Platform::offscreen);
   const Locale locale = Locale::current();
   const auto hostBundle = openHostBundle(kProgram, locale);
   const Bundle* bundle = hostBundle ? &*hostBundle : nullptr;

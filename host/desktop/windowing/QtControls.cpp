@@ -1,32 +1,13 @@
 #include "host/desktop/windowing/QtControls.h"
 
+#include "host/desktop/windowing/WheelGuard.h"
+
 #include <QAbstractButton>
 #include <QEvent>
 #include <QVariant>
 #include <algorithm>
 
 namespace vel {
-
-namespace {
-
-class WheelGuard : public QObject {
- public:
-  explicit WheelGuard(QWidget& widget) : widget_(widget) { widget.installEventFilter(this); }
-
- protected:
-  bool eventFilter(QObject* /*object*/, QEvent* event) override {
-    if (event->type() != QEvent::Wheel || widget_.hasFocus()) {
-      return false;
-    }
-    event->ignore();  // so that what the widget lies in may scroll
-    return true;
-  }
-
- private:
-  QWidget& widget_;
-};
-
-}  // namespace
 
 QtButton::QtButton(QCheckBox& box) : QtControl(box), box_(box) {
   actAt(box, &QAbstractButton::clicked);
@@ -64,11 +45,11 @@ std::optional<std::int64_t> QtMatrix::selectedTag() const {
 }
 
 QtPopUpButton::QtPopUpButton(QComboBox& box, const std::vector<std::int64_t>& tags)
-    : QtControl(box), box_(box), wheelGuard_(std::make_unique<WheelGuard>(box)) {
+    : QtControl(box), box_(box) {
   for (int index = 0; index < box.count(); ++index) {
     box.setItemData(index, qlonglong(tags[std::size_t(index)]));
   }
-  box.setFocusPolicy(Qt::StrongFocus);
+  guardFromWheel(box);
   actAt(box, &QComboBox::activated);
 }
 

@@ -86,7 +86,6 @@ class QtPopUpButton final : public QtControl<PopUpButton, ControlClass::popUpBut
 
  private:
   QComboBox& box_;
-  std::unique_ptr<QObject> wheelGuard_;
 };
 
 using QtTextField = QtView<TextField>;

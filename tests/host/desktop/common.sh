@@ -42,7 +42,7 @@ hasProperty() { [[ $(xprop "${@:1:$#-1}") == *"${!#}"* ]]; }
 # startServer SIZE: an X server and a window manager.
 startServer() {
   mkfifo "$scratch/display"
-  Xvfb -displayfd 3 -screen 0 "$1x24" -nolisten tcp +extension RANDR 3>"$scratch/display" 2>/dev/null &
+  Xvfb -displayfd 3 -screen 0 "$1x24" -noreset -nolisten tcp +extension RANDR 3>"$scratch/display" 2>/dev/null &
   read -r number <"$scratch/display"
   export DISPLAY=:$number
   openbox >"$scratch/openbox" 2>&1 &

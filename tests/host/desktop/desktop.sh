@@ -18,8 +18,8 @@ hasProperty -id "$bar" _NET_WM_STATE _NET_WM_STATE_ABOVE || fail "the bar does n
 await "the bar in its corner" isTopRight "$bar" 1000
 [[ ! -e $settings ]] || fail "defaults have been written"
 
-# A second start finds the first.
-"$program" 2>"$scratch/second" || fail "status of a second start"
+# A second start finds the first, however the display is written.
+DISPLAY=$DISPLAY.0 timeout 30 "$program" 2>"$scratch/second" || fail "status of a second start"
 [[ $(<"$scratch/second") == "velbar: already running" ]] || fail "$(<"$scratch/second")"
 
 # Preferences by keyboard, each setting by its key.
@@ -122,6 +122,15 @@ half
 await "the wide bar on the smaller screen" isAt "$bar" '0 376 500 24'
 whole
 await "the wide bar on the whole screen" isAt "$bar" '0 676 1000 24'
+# Above another screen it keeps nothing free, which would be all of that screen.
+xrandr --setmonitor '*upper' 1000/200x350/100+0+0 screen --setmonitor lower 1000/200x350/100+0+350 none >/dev/null
+await "the wide bar on the upper screen" isAt "$bar" '0 326 1000 24'
+keepsNothingFree() { ! hasProperty -id "$bar" _NET_WM_STRUT_PARTIAL =; }
+await "the lower screen's room" keepsNothingFree
+xrandr --delmonitor lower
+xrandr --delmonitor upper
+await "the wide bar at the bottom again" isAt "$bar" '0 676 1000 24'
+keepsNothingFree && fail "the wide bar keeps nothing free"
 stop TERM
 start
 await "the strip" isThere Velbar

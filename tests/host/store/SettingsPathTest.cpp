@@ -8,32 +8,22 @@
 #include <cstdlib>
 
 namespace vel::test {
-namespace {
-
-void setVariable(const char* name, const char* value) {
-  value != nullptr ? setenv(name, value, 1) : unsetenv(name);
-}
 
 TEST(SettingsPath, followsTheEnvironmentWhereItIsAbsolute) {
-  const std::string home = getpwuid(getuid())->pw_dir;
+  const std::string users = std::string(getpwuid(getuid())->pw_dir) + "/.config";
   const struct {
     const char* configuration;
     const char* home;
     std::string directory;
-  } cases[] = {
-      {"/c", "/h", "/c"},
-      {nullptr, "/h", "/h/.config"},
-      {"", "/h", "/h/.config"},
-      {"c", "/h", "/h/.config"},
-      {nullptr, "", home + "/.config"},
-      {nullptr, nullptr, home + "/.config"},
-  };
-  for (const auto& [configuration, itsHome, directory] : cases) {
-    setVariable("XDG_CONFIG_HOME", configuration);
-    setVariable("HOME", itsHome);
+  } cases[] = {{"/c", "/h", "/c"}, {"c", "/h", "/h/.config"}, {"", "h", users}};
+  for (const auto& [configuration, home, directory] : cases) {
+    setenv("XDG_CONFIG_HOME", configuration, 1);
+    setenv("HOME", home, 1);
     EXPECT_EQ(settingsPath(), directory + "/velbar/settings.ini");
   }
+  unsetenv("XDG_CONFIG_HOME");
+  unsetenv("HOME");
+  EXPECT_EQ(settingsPath(), users + "/velbar/settings.ini");
 }
 
-}  // namespace
 }  // namespace vel::test

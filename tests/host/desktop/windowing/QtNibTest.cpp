@@ -6,12 +6,14 @@
 #include <QCoreApplication>
 #include <QFrame>
 #include <QPointer>
+#include <algorithm>
 #include <iterator>
+#include <tuple>
 
-#include "support/NibInBundle.h"
 #include "host/desktop/windowing/QtView.h"
 #include "host/desktop/windowing/WidgetViews.h"
 #include "platform/windowing/Controls.h"
+#include "support/NibInBundle.h"
 
 namespace vel::test {
 
@@ -33,64 +35,50 @@ TEST(QtNib, FindsItsObjectsByNameAndType) {
   const auto nib = bundle.load(uiWith(R"(
     <widget class="QCheckBox" name="box"/><widget class="QLabel" name="label"/>
     <widget class="Unknown" name="unknown">
-      <property name="geometry">
-        <rect><x>1</x><y>2</y><width>30</width><height>40</height></rect>
-      </property>
       <widget class="Gauge" name="gauge">
         <property name="style" stdset="0"><number>3</number></property>
       </widget>
     </widget>
     <widget class="QComboBox" name="popUp"/><widget class="Matrix" name="matrix"/>
-    <widget class="QRadioButton" name="radio"/><widget class="Line" name="line"/>
-    <widget class="QWidget"/><widget class="QWidget"/>)"));
+    <widget class="Line" name="line"/><widget class="QWidget"/><widget class="QWidget"/>)"));
   ASSERT_NE(nib, nullptr);
   EXPECT_NE(nib->outlet<Button>("box"), nullptr);
   EXPECT_NE(nib->outlet<TextField>("label"), nullptr);
   EXPECT_NE(nib->outlet<PopUpButton>("popUp"), nullptr);
   EXPECT_NE(nib->outlet<Matrix>("matrix"), nullptr);
   EXPECT_NE(nib->outlet<Gauge>("gauge"), nullptr);
-  EXPECT_EQ(nib->outlet<View>("unknown")->frame(), (Rect{{1.0, 2.0}, {30.0, 40.0}}));
-  EXPECT_EQ(widgetOf(nib->outlet<View>("line"))->parentWidget(),
-            widgetOf(nib->outlet<View>("view")));
-  for (const char* name : {"view", "radio", "matrix", "gauge"}) {
-    EXPECT_NE(nib->outlet<View>(name), nullptr);
-  }
+  EXPECT_NE(nib->outlet<View>("unknown"), nullptr);
+  EXPECT_NE(dynamic_cast<QFrame*>(widgetOf(nib->outlet<View>("line"))), nullptr);
   EXPECT_EQ(bundle.problems, Problems());
 
   EXPECT_EQ(nib->outlet<Button>("popUp"), nullptr);
   EXPECT_EQ(nib->outlet<Button>("unknown"), nullptr);
   EXPECT_EQ(nib->outlet<Button>("nowhere"), nullptr);
   EXPECT_EQ(bundle.problems,
-            (Problems{bundle.path + R"(: outlet "popUp" is a QComboBox, expected a QCheckBox)",
-                      bundle.path + R"(: outlet "unknown" is a Unknown, expected a QCheckBox)",
-                      bundle.path + R"(: outlet "nowhere" is missing, expected a QCheckBox)"}));
+            (Problems{bundle.file + R"(: outlet "popUp" is a QComboBox, expected a QCheckBox)",
+                      bundle.file + R"(: outlet "unknown" is a Unknown, expected a QCheckBox)",
+                      bundle.file + R"(: outlet "nowhere" is missing, expected a QCheckBox)"}));
 }
 
 TEST(QtNib, TellsWhatIsWrong) {
-  struct Case {
+  const auto popUp = [](const std::string& tag) {
+    return uiWith(R"(<widget class="QComboBox" name="p"><property name="tags" stdset="0">
+        <stringlist><string>)" +
+                  tag + R"(</string></stringlist></property><item/>)" +
+                  (tag.empty() ? "<item/>" : "") + "</widget>");
+  };
+  const struct {
     std::string ui;
     std::string problem;  ///< after the path
     bool loads = false;
-  };
-  const std::string popUp = R"(<widget class="QComboBox" name="p"><property name="tags" stdset="0">
-      <stringlist><string>%</string></stringlist></property>
-      <item><property name="text"><string>a</string></property></item>)";
-  const auto tagged = [&](const std::string& tag) {
-    return std::string(popUp).replace(popUp.find('%'), 1, tag);
-  };
-  const std::vector<Case> cases = {
+  } cases[] = {
       {"", ": No such file or directory"},
-      {"<ui version=\"4.0\">\n<widget class=\"QWidget\" name=\"view\">\n<property",
-       ":3: Premature end of document."},
       {"<ui version=\"4.0\">\n<gadget/></ui>", ":2: Unexpected element gadget"},
       {"<html/>", ": Invalid UI file: The root element <ui> is missing."},
       {R"(<ui version="4.0"><widget class="QWidget" name="View"/></ui>)",
        R"(: the root is named "View", expected "view")"},
-      {uiWith(tagged("1") + R"(<item/></widget>)"), R"(: pop-up "p" has 2 items but 1 tags)"},
-      {uiWith(R"(<widget class="QComboBox" name="p"><item/></widget>)"),
-       R"(: pop-up "p" has 1 items but 0 tags)"},
-      {uiWith(tagged("1st") + "</widget>"),
-       R"(: pop-up "p" has the tag "1st", which is no integer)"},
+      {popUp(""), R"(: pop-up "p" has 2 items but 1 tags)"},
+      {popUp("1st"), R"(: pop-up "p" has the tag "1st", which is no integer)"},
       {uiWith(
            R"(<widget class="Matrix" name="m"><widget class="QRadioButton" name="c"/></widget>)"),
        R"(: radio button "c" has no tag)"},
@@ -99,11 +87,11 @@ TEST(QtNib, TellsWhatIsWrong) {
       {uiWith(R"(<layout class="Pile"/>)"), ": The layout type `Pile' is not supported.", true},
   };
   testing::internal::CaptureStderr();
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.problem);
+  for (const auto& [ui, problem, loads] : cases) {
+    SCOPED_TRACE(problem);
     NibInBundle bundle;
-    EXPECT_EQ(bundle.load(c.ui) != nullptr, c.loads);
-    EXPECT_EQ(bundle.problems, Problems{bundle.path + c.problem});
+    EXPECT_EQ(bundle.load(ui) != nullptr, loads);
+    EXPECT_EQ(bundle.problems, Problems{bundle.file + problem});
   }
   qWarning("caught no more");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "caught no more\n");
@@ -112,34 +100,26 @@ TEST(QtNib, TellsWhatIsWrong) {
 TEST(QtNib, TextsComeFromTheBundle) {
   NibInBundle bundle;
   const auto nib = bundle.load(uiWith(R"(
-    <property name="windowTitle"><string>window</string></property>
     <widget class="QCheckBox" name="box">
       <property name="text"><string>text</string></property>
-      <property name="toolTip"><string>tip</string></property>
-      <property name="accessibleName"><string>spoken</string></property>
     </widget>
-    <widget class="QGroupBox" name="group"><property name="title"><string>title</string></property></widget>
     <widget class="QLabel" name="fixed"><property name="text"><string notr="true">text</string></property></widget>
     <widget class="QLabel" name="untold"><property name="text"><string>Größe &lt;b> %1 %s</string></property></widget>
     <widget class="QComboBox" name="popUp">
       <property name="tags" stdset="0"><stringlist><string>1</string></stringlist></property>
       <item><property name="text"><string>item</string></property></item>
     </widget>)"),
-                               "window=Fenster; text=\"Größe\"; tip=\"Zahl 数\"; spoken=gesprochen;"
-                               "title=Titel; item=Eintrag; 1=2;");
+                               "text=\"Größe\"; item=Eintrag; 1=2;");
   EXPECT_EQ(bundle.problems, Problems());
   ASSERT_NE(nib, nullptr);
-  const auto text = [&](const char* name, const char* property) {
-    return widgetOf(nib->outlet<View>(name))->property(property).toString().toStdString();
-  };
-  EXPECT_EQ(text("view", "windowTitle"), "Fenster");
-  EXPECT_EQ(text("box", "text"), "Größe");
-  EXPECT_EQ(text("box", "toolTip"), "Zahl 数");
-  EXPECT_EQ(text("box", "accessibleName"), "gesprochen");
-  EXPECT_EQ(text("group", "title"), "Titel");
-  EXPECT_EQ(text("fixed", "text"), "text");
-  EXPECT_EQ(text("untold", "text"), "Größe <b> %1 %s");
-  EXPECT_EQ(text("popUp", "currentText"), "Eintrag");
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"box", "text", "Größe"},
+      {"fixed", "text", "text"},
+      {"untold", "text", "Größe <b> %1 %s"},
+      {"popUp", "currentText", "Eintrag"}};
+  for (const auto& [name, property, text] : cases) {
+    EXPECT_EQ(widgetOf(nib->outlet<View>(name))->property(property).toString(), text);
+  }
   EXPECT_EQ(nib->outlet<PopUpButton>("popUp")->selectedTag(), 1);
   EXPECT_EQ(QCoreApplication::translate("Nib", "text"), "text");
 }
@@ -152,7 +132,6 @@ TEST(QtNib, TakesItsWidgetsAlong) {
     auto nib = bundle.load(uiWith(R"(
       <widget class="QWidget" name="panel"><widget class="QCheckBox" name="box"/></widget>
       <widget class="QWidget" name="alone"/>)"));
-    ASSERT_NE(nib, nullptr);
     auto window = std::make_unique<QWidget>();
     std::vector<QPointer<QWidget>> widgets;
     for (const char* name : {"view", "panel", "box", "alone"}) {
@@ -167,39 +146,31 @@ TEST(QtNib, TakesItsWidgetsAlong) {
       EXPECT_TRUE(widgets[1].isNull());
     }
     nib.reset();
-    for (const QPointer<QWidget>& widget : widgets) {
-      EXPECT_TRUE(widget.isNull());
-    }
+    EXPECT_EQ(std::count(widgets.begin(), widgets.end(), nullptr), 4);
   }
 }
 
-TEST(QtNib, MapsNoPluginsOfDesigner) {
+TEST(QtNib, LoadsTheModulesNibsWithoutPluginsOfDesigner) {
   const QStringList paths = QCoreApplication::libraryPaths();
   ASSERT_FALSE(paths.isEmpty());
-  NibInBundle bundle;
-  EXPECT_NE(bundle.load(uiWith("")), nullptr);
-  EXPECT_EQ(QCoreApplication::libraryPaths(), paths);
-  std::ifstream maps("/proc/self/maps");
-  const std::string text(std::istreambuf_iterator<char>(maps), {});
-  EXPECT_NE(text.find("libQt6Widgets"), std::string::npos);
-  EXPECT_EQ(text.find("libQt6Qml"), std::string::npos);
-}
-
-/// The module's own.
-TEST(QtNib, LoadsTheModulesNibs) {
   Problems problems;
   QtNibLoader loader([&](const std::string& problem) { problems.push_back(problem); });
   const auto bundle = Bundle::open(VEL_RESOURCES, Locale(".", {"en"}), problems);
-  ASSERT_TRUE(bundle);
   int nibs = 0;
   for (const auto& entry : std::filesystem::directory_iterator(VEL_RESOURCES)) {
     if (entry.path().extension() == ".ui") {
-      EXPECT_NE(loader.load(*bundle, entry.path().stem()), nullptr);
+      EXPECT_NE(loader.load(bundle.value(), entry.path().stem()), nullptr);
       ++nibs;
     }
   }
   EXPECT_EQ(problems, Problems());
   EXPECT_GT(nibs, 0);
+
+  EXPECT_EQ(QCoreApplication::libraryPaths(), paths);
+  std::ifstream maps("/proc/self/maps");
+  const std::string text(std::istreambuf_iterator<char>(maps), {});
+  EXPECT_NE(text.find("libQt6Widgets"), std::string::npos);
+  EXPECT_EQ(text.find("libQt6Qml"), std::string::npos);
 }
 
 }  // namespace vel::test
