@@ -5,7 +5,6 @@
 #include <stdexcept>
 
 #include "host/Report.h"
-#include "host/desktop/GeneralPage.h"
 #include "host/desktop/windowing/QtView.h"
 
 namespace vel {
@@ -87,23 +86,28 @@ void DesktopHost::refreshed() {
 
 void DesktopHost::openPreferences() {
   if (!preferences_) {
-    std::vector<PreferencesWindow::Page> pages;
-    if (QWidget* page = widgetOf(session_.module().preferencesModuleView())) {
-      pages.push_back({texts_(session_.module().moduleName().c_str()), page});
-    }
-    pages.push_back({texts_("General"), new GeneralPage(texts_, interval_, settings_.appearance(),
-                                                        {[this](std::int64_t milliseconds) {
-                                                           settings_.setRefreshInterval(
-                                                               milliseconds);
-                                                           loop_.refreshEvery(milliseconds);
-                                                         },
-                                                         [this](Appearance appearance) {
-                                                           settings_.setAppearance(appearance);
-                                                           theme_.setAppearance(appearance);
-                                                         }})});
-    preferences_ = std::make_unique<PreferencesWindow>(texts_, pages);
+    makePreferences();
   }
   preferences_->open();
+}
+
+void DesktopHost::makePreferences() {
+  general_ = std::make_unique<GeneralPage>(
+      texts_, interval_, settings_.appearance(),
+      GeneralPage::Actions{[this](std::int64_t milliseconds) {
+                             settings_.setRefreshInterval(milliseconds);
+                             loop_.refreshEvery(milliseconds);
+                           },
+                           [this](Appearance appearance) {
+                             settings_.setAppearance(appearance);
+                             theme_.setAppearance(appearance);
+                           }});
+  std::vector<PreferencesWindow::Page> pages;
+  if (QWidget* page = widgetOf(session_.module().preferencesModuleView())) {
+    pages.push_back({texts_(session_.module().moduleName().c_str()), page});
+  }
+  pages.push_back({texts_("General"), general_.get()});
+  preferences_ = std::make_unique<PreferencesWindow>(texts_, pages);
 }
 
 void DesktopHost::bringUp() {

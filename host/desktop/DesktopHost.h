@@ -6,6 +6,7 @@
 #include "host/HostSettings.h"
 #include "host/Signals.h"
 #include "host/desktop/BarWindow.h"
+#include "host/desktop/GeneralPage.h"
 #include "host/desktop/ItemMenu.h"
 #include "host/desktop/MainLoop.h"
 #include "host/desktop/Options.h"
@@ -36,6 +37,7 @@ class DesktopHost {
   void startInMenuBar(const DesktopOptions& options, PreferencesStore& store);
   void startAsWidget(const Locale& locale);
   void refreshed();
+  void makePreferences();
 
   ModuleSession& session_;
   const Texts& texts_;
@@ -47,6 +49,7 @@ class DesktopHost {
   std::unique_ptr<BarWindow> bar_;
   std::unique_ptr<TrayItem> tray_;
   std::unique_ptr<WidgetWindow> widget_;
+  std::unique_ptr<GeneralPage> general_;
   std::unique_ptr<PreferencesWindow> preferences_;
 };
 

@@ -24,7 +24,7 @@ PreferencesWindow::PreferencesWindow(const Texts& texts, const std::vector<Page>
 }
 
 PreferencesWindow::~PreferencesWindow() {
-  // Those that live elsewhere are not deleted with the window.
+  // They are not deleted with the window.
   while (tabs_->count() > 0) {
     QWidget* page = tabs_->widget(0);
     tabs_->removeTab(0);

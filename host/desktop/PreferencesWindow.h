@@ -14,7 +14,7 @@ class PreferencesWindow : public QWidget {
  public:
   struct Page {
     QString title;
-    QWidget* widget;  ///< may live elsewhere; is only shown here
+    QWidget* widget;  ///< lives elsewhere, and longer; is only shown here
   };
 
   PreferencesWindow(const Texts& texts, const std::vector<Page>& pages);

@@ -54,10 +54,7 @@ constexpr double kSecondsBetweenSamples = 0.5;
 class Photographer {
  public:
   Photographer(std::filesystem::path directory, ModuleSession& session, const Texts& texts)
-      : directory_(std::move(directory)), session_(session), texts_(texts) {
-    // Before any window: no display of this kind is looked at.
-    session_.module().setVelPreferencesDefault(&scene_);
-  }
+      : directory_(std::move(directory)), session_(session), texts_(texts) {}
   ~Photographer() { session_.module().setVelPreferencesDefault(nullptr); }
   Photographer(const Photographer&) = delete;
   Photographer& operator=(const Photographer&) = delete;
@@ -77,9 +74,7 @@ class Photographer {
     bar.show();
     for (const Named& type : kGaugeTypes) {
       for (const Named& mode : kCoreModes) {
-        scene_.setObject(type.value, kGaugeType, {});
-        scene_.setObject(mode.value, kCoresDisplayed, {});
-        session_.module().setVelPreferencesDefault(&scene_);
+        set(type, mode);
         settle();
         save(bar, std::string("item-") + type.name + "-" + mode.name + "-" + appearance);
       }
@@ -91,15 +86,22 @@ class Photographer {
     if (QWidget* page = widgetOf(session_.module().preferencesModuleView())) {
       pages.push_back({texts_(session_.module().moduleName().c_str()), page});
     }
-    pages.push_back(
-        {texts_("General"), new GeneralPage(texts_, 1000, Appearance::followDesktop, {})});
+    GeneralPage general(texts_, 1000, Appearance::followDesktop, {});
+    pages.push_back({texts_("General"), &general});
     PreferencesWindow window(texts_, pages);
+    set(kGaugeTypes[0], kCoreModes[0]);
     window.show();
     for (int page = 0; page < static_cast<int>(pages.size()); ++page) {
       window.showPage(page);
       settle();
       save(window, "preferences-" + std::to_string(page + 1) + "-" + appearance);
     }
+  }
+
+  void set(const Named& gaugeType, const Named& coreMode) {
+    scene_.setObject(gaugeType.value, kGaugeType, {});
+    scene_.setObject(coreMode.value, kCoresDisplayed, {});
+    session_.module().setVelPreferencesDefault(&scene_);
   }
 
   /// What the views have handed over to later is done.
