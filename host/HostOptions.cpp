@@ -4,11 +4,13 @@
 #include <charconv>
 #include <system_error>
 
+#include "host/HostSettings.h"
+
 namespace vel {
 namespace {
 
-constexpr double kShortestInterval = 0.1;
-constexpr double kLongestInterval = 3600.0;
+constexpr double kShortestInterval = HostSettings::kShortestInterval / 1000.0;
+constexpr double kLongestInterval = HostSettings::kLongestInterval / 1000.0;
 
 /// Plain decimal notation only. std::from_chars reads "inf" and "nan" as well, which no range
 /// holds.

@@ -106,10 +106,14 @@ void BarWindow::place() {
   const int width = fullWidth_ ? room.width() : item_.width();
   const int y = edge_ == Edge::top ? room.top() : room.bottom() + 1 - kHeight;
   setGeometry(room.right() + 1 - width, y, width, kHeight);
-  item_.move(width - item_.width(), (kHeight - item_.height()) / 2);
+  placeItem();
   if (fullWidth_) {
     reservePlace(*screen);
   }
+}
+
+void BarWindow::placeItem() {
+  item_.move(width() - item_.width(), (kHeight - item_.height()) / 2);
 }
 
 void BarWindow::reservePlace(const QScreen& screen) {
@@ -124,7 +128,7 @@ void BarWindow::reservePlace(const QScreen& screen) {
 
 bool BarWindow::eventFilter(QObject* object, QEvent* event) {
   if (object == &item_ && event->type() == QEvent::Resize) {
-    place();
+    fullWidth_ ? placeItem() : place();
   }
   return QWidget::eventFilter(object, event);
 }
@@ -174,8 +178,11 @@ void BarWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void BarWindow::closeEvent(QCloseEvent* event) {
-  event->ignore();
-  actions_.quit();
+  event->accept();
+  // Quitting closes it, too.
+  if (event->spontaneous()) {
+    actions_.quit();
+  }
 }
 
 }  // namespace vel

@@ -42,6 +42,7 @@ class BarWindow : public QWidget {
  private:
   void followScreens();
   void place();
+  void placeItem();
   void reservePlace(const QScreen& screen);
   [[nodiscard]] QPoint menuPosition() const;
 

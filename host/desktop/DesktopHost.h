@@ -1,6 +1,7 @@
 // Velbar on the desktop: the item in the menu bar or the tray, its menu, the preferences.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "host/HostSettings.h"

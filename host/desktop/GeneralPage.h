@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QWidget>
+#include <cstdint>
 #include <functional>
 
 #include "host/Appearance.h"

@@ -5,14 +5,15 @@
 
 namespace vel {
 
-MainLoop::MainLoop(ModuleSession& session, Signals& signals, std::function<void()> refreshed)
+MainLoop::MainLoop(ModuleSession& session, Signals& signals, std::function<void()> updated)
     : session_(session),
-      refreshed_(std::move(refreshed)),
+      updated_(std::move(updated)),
       tasks_(session.wake().descriptor(), QSocketNotifier::Read),
       signals_(signals.descriptor(), QSocketNotifier::Read) {
   QObject::connect(&tasks_, &QSocketNotifier::activated, &tasks_, [this] {
     session_.wake().acknowledge();
     session_.mainQueue().drain();
+    updated_();
   });
   QObject::connect(&signals_, &QSocketNotifier::activated, &signals_, [&signals] {
     while (signals.next()) {
@@ -34,7 +35,7 @@ void MainLoop::refresh() {
   // A changed number of gauges comes before their values.
   session_.mainQueue().drain();
   session_.module().updateViews();
-  refreshed_();
+  updated_();
 }
 
 }  // namespace vel

@@ -16,8 +16,9 @@ namespace vel {
 /// Served by Qt's event loop on the main thread.
 class MainLoop {
  public:
-  /// Both outlive this object. `refreshed` is called after every refresh.
-  MainLoop(ModuleSession& session, Signals& signals, std::function<void()> refreshed);
+  /// Both outlive this object. `updated` is called whenever views may have
+  /// changed: after every refresh and task.
+  MainLoop(ModuleSession& session, Signals& signals, std::function<void()> updated);
 
   /// Starts the refresh, or its beat anew with another interval, in milliseconds.
   void refreshEvery(std::int64_t milliseconds);
@@ -26,7 +27,7 @@ class MainLoop {
   void refresh();
 
   ModuleSession& session_;
-  std::function<void()> refreshed_;
+  std::function<void()> updated_;
   QSocketNotifier tasks_;
   QSocketNotifier signals_;
   std::optional<RefreshTimer> timer_;

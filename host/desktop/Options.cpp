@@ -39,9 +39,9 @@ void addSnapshot(CLI::App& app, std::optional<std::filesystem::path>& directory)
            }
            directory = text;
          },
-         "Write pictures of everything that Velbar\n"
-         "shows into this directory, made if it is\n"
-         "missing, and end; needs no display")
+         "Write pictures of the item and the\n"
+         "preferences into this directory, made if it\n"
+         "is missing, and end; needs no display")
       ->type_name("DIR");
 }
 

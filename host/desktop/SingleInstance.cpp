@@ -76,17 +76,40 @@ int openSocket() {
   return socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
 }
 
+/// Whether nobody else has the lock, which lasts as long as the file is open.
+bool takeLock(int file, const std::filesystem::path& path) {
+  while (flock(file, LOCK_EX | LOCK_NB) == -1) {
+    if (errno == EWOULDBLOCK) {
+      return false;
+    }
+    if (errno != EINTR) {
+      fail(errno, path);
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
 SingleInstance::SingleInstance(const std::string& name)
     : socketPath_(runtimeDirectory() / (fileName(name) + ".socket")) {
-  const std::filesystem::path lock = runtimeDirectory() / (fileName(name) + ".lock");
-  const int descriptor = open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
-  if (descriptor == -1) {
+  std::filesystem::path lock = socketPath_;
+  lock.replace_extension(".lock");
+  const int file = open(lock.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  if (file == -1) {
     fail(errno, lock);
   }
-  lock_ = std::make_unique<EventDescriptor>(descriptor, "open");
-  first_ = flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+  lock_ = std::make_unique<EventDescriptor>(file, "open");
+  if (!takeLock(file, lock)) {
+    return;
+  }
+  const sockaddr_un address = addressOf(socketPath_);
+  socket_ = std::make_unique<EventDescriptor>(openSocket(), "socket");
+  // One that has been killed has left its socket.
+  unlink(socketPath_.c_str());
+  if (bind(socket_->get(), generic(address), sizeof address) == -1) {
+    fail(errno, socketPath_);
+  }
 }
 
 SingleInstance::~SingleInstance() {
@@ -102,24 +125,18 @@ bool SingleInstance::tell(std::string_view word) const {
                 sizeof address) == static_cast<ssize_t>(word.size());
 }
 
-void SingleInstance::listen(std::function<void(std::string_view)> hear) {
-  hear_ = std::move(hear);
-  socket_ = std::make_unique<EventDescriptor>(openSocket(), "socket");
-  // One that has been killed has left its socket.
-  unlink(socketPath_.c_str());
-  const sockaddr_un address = addressOf(socketPath_);
-  if (bind(socket_->get(), generic(address), sizeof address) == -1) {
-    fail(errno, socketPath_);
-  }
-  arrivals_ = std::make_unique<QSocketNotifier>(socket_->get(), QSocketNotifier::Read);
-  QObject::connect(arrivals_.get(), &QSocketNotifier::activated, arrivals_.get(),
-                   [this] { receive(); });
+InstanceListener::InstanceListener(const SingleInstance& first,
+                                   std::function<void(std::string_view)> hear)
+    : socket_(first.socket()),
+      hear_(std::move(hear)),
+      arrivals_(first.socket().get(), QSocketNotifier::Read) {
+  QObject::connect(&arrivals_, &QSocketNotifier::activated, &arrivals_, [this] { receive(); });
 }
 
-void SingleInstance::receive() {
+void InstanceListener::receive() {
   std::array<char, kLongestWord> word{};
   for (;;) {
-    const ssize_t size = recv(socket_->get(), word.data(), word.size(), 0);
+    const ssize_t size = recv(socket_.get(), word.data(), word.size(), 0);
     if (size < 0) {
       return;
     }

@@ -13,7 +13,8 @@
 #include "host/desktop/BarWindow.h"
 #include "host/desktop/GeneralPage.h"
 #include "host/desktop/PreferencesWindow.h"
-#include "host/desktop/windowing/QtView.h"
+#include "host/desktop/windowing/WidgetViews.h"
+#include "platform/foundation/Clock.h"
 
 namespace vel {
 namespace {

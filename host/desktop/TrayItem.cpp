@@ -73,11 +73,13 @@ void TrayItem::refresh() {
     shown_ = image;
     icon_.setIcon(QPixmap::fromImage(image));
   }
-  if (const auto* text = find<VELMenuBarText>(item_)) {
-    const QString tip = QStringLiteral("Velbar: ") + QString::fromStdString(text->stringValue());
-    if (tip != icon_.toolTip()) {
-      icon_.setToolTip(tip);
-    }
+  QString tip = QStringLiteral("Velbar");
+  if (const auto* text = find<VELMenuBarText>(item_);
+      text != nullptr && !text->stringValue().empty()) {
+    tip += QStringLiteral(": ") + QString::fromStdString(text->stringValue());
+  }
+  if (tip != icon_.toolTip()) {
+    icon_.setToolTip(tip);
   }
 }
 

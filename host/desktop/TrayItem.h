@@ -3,11 +3,8 @@
 
 #include <QSystemTrayIcon>
 #include <QWidget>
-#include <functional>
-#include <vector>
 
 #include "host/desktop/ItemMenu.h"
-#include "platform/host/VELGaugeViewMultiple.h"
 
 namespace vel {
 
@@ -18,7 +15,8 @@ class TrayItem {
   /// `item` and `menu` outlive this object.
   TrayItem(QWidget& item, ItemMenu& menu);
 
-  /// To be called after a refresh. Sends the tray a new icon only when it looks different.
+  /// To be called after a refresh and a changed setting. Sends the tray a new icon only when it
+  /// looks different.
   void refresh();
 
  private:

@@ -14,6 +14,7 @@
 #include "host/InstalledFiles.h"
 #include "host/Report.h"
 #include "host/Signals.h"
+#include "host/StandardFiles.h"
 #include "host/desktop/DesktopApplication.h"
 #include "host/desktop/DesktopHost.h"
 #include "host/desktop/DisplayServer.h"
@@ -107,7 +108,7 @@ int showOnDesktop(const DesktopOptions& options, std::vector<std::string> argume
                       [](const std::string& message) { report(kProgram, message); });
   ModuleSession session = makeSession(options, std::move(arguments), locale, bundle, workspace);
   DesktopHost host(options, session, store, texts, locale, theme, signals);
-  instance.listen([&host](std::string_view word) {
+  const InstanceListener listener(instance, [&host](std::string_view word) {
     if (word == kOpenPreferences) {
       host.openPreferences();
     } else if (word == kBringUp) {
@@ -132,6 +133,7 @@ int snapshot(const DesktopOptions& options, std::vector<std::string> arguments) 
 }
 
 int run(int argc, const char* const* argv) {
+  prepareStandardFiles();
   DesktopOptions options;
   if (const auto reply = parseDesktopOptions(argc, argv, VEL_VERSION, options)) {
     return answer(*reply);

@@ -1,7 +1,6 @@
 // What every front does before its first refresh: the machine, the host's texts, the module.
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -53,7 +52,6 @@ class ModuleSession {
   [[nodiscard]] LinuxKernel& kernel() { return kernel_; }
   [[nodiscard]] WakeEvent& wake() { return wake_; }
   [[nodiscard]] MainQueue& mainQueue() { return mainQueue_; }
-  [[nodiscard]] GlobalQueue& globalQueue() { return globalQueue_; }
 
  private:
   void requireSoundNibs() const;

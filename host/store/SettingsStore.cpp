@@ -47,7 +47,7 @@ void SettingsStore::load() {
   } catch (const SettingsFault&) {
     // Another program may be moving it aside right now: it is looked at again under the lock.
     const SettingsFile::Lock lock(file_);
-    remember(readOrMoveAside());
+    remember(readOrMoveAside().value_or(SettingsDocument()));
   }
 }
 
@@ -56,6 +56,7 @@ void SettingsStore::remember(const SettingsDocument& document) {
     Setting& setting = sections_[std::string(entry.section)][std::string(entry.key)];
     if (const auto value = integerIn(entry.value)) {
       setting = *value;
+      known_[{std::string(entry.section), std::string(entry.key)}] = *value;
     } else {
       setting = placeOf(file_, entry.line) + quoted(entry.key) + " is " + quoted(entry.value) +
                 ", expected an integer";
@@ -64,7 +65,7 @@ void SettingsStore::remember(const SettingsDocument& document) {
 }
 
 /// To be called under the file's lock.
-SettingsDocument SettingsStore::readOrMoveAside() {
+std::optional<SettingsDocument> SettingsStore::readOrMoveAside() {
   try {
     return SettingsDocument(file_.read());
   } catch (const SettingsFault& fault) {
@@ -74,8 +75,17 @@ SettingsDocument SettingsStore::readOrMoveAside() {
     } catch (const std::system_error& error) {
       throw std::system_error(error.code(), what + "; cannot be moved aside");
     }
-    return {};
+    return std::nullopt;
   }
+}
+
+SettingsDocument SettingsStore::knownSettings() {
+  SettingsDocument document;
+  const std::lock_guard lock(mutex_);
+  for (const auto& [name, value] : known_) {
+    document.set(name.first, name.second, value);
+  }
+  return document;
 }
 
 std::optional<std::int64_t> SettingsStore::objectForKey(std::string_view key,
@@ -112,6 +122,7 @@ void SettingsStore::setObject(std::int64_t value, std::string_view key,
     return;
   }
   const std::lock_guard lock(mutex_);
+  known_[name] = value;
   changes_[std::move(name)] = value;
   queueWrite();
 }
@@ -142,13 +153,13 @@ void SettingsStore::writeChanges() {
 void SettingsStore::save(const Changes& changes) {
   file_.makeDirectory();
   const SettingsFile::Lock lock(file_);
-  SettingsDocument document = readOrMoveAside();
-  const std::string before = document.text();
+  const auto found = readOrMoveAside();
+  SettingsDocument document = found ? *found : knownSettings();
   for (const auto& [name, value] : changes) {
     const auto& [section, key] = name;
     document.set(section, key, value);
   }
-  if (document.text() != before) {
+  if (!found || document.text() != found->text()) {
     file_.write(document.text());
   }
 }

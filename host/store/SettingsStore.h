@@ -63,7 +63,10 @@ class SettingsStore : public PreferencesStore {
 
   void load();
   void remember(const SettingsDocument& document);
-  SettingsDocument readOrMoveAside();
+  /// Nothing after the file has been moved aside.
+  std::optional<SettingsDocument> readOrMoveAside();
+  /// What this run knows, in place of that file.
+  SettingsDocument knownSettings();
 
   void queueWrite();  ///< under the mutex
   void writeChanges();
@@ -82,6 +85,7 @@ class SettingsStore : public PreferencesStore {
   std::mutex mutex_;  ///< of all that follows
   std::condition_variable writeDone_;
   Changes changes_;           ///< that the file does not have yet
+  Changes known_;             ///< all values, read and set
   bool writeQueued_ = false;  ///< or under way
   std::set<std::error_code> reported_;
 };

@@ -1,10 +1,8 @@
 // velbar-tty: the start-up of the terminal host.
-#include <fcntl.h>
 #include <langinfo.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <clocale>
 #include <csignal>
 #include <exception>
@@ -12,12 +10,12 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 #include "host/HostSettings.h"
 #include "host/Report.h"
 #include "host/Signals.h"
+#include "host/StandardFiles.h"
 #include "host/session/ModuleSession.h"
 #include "host/store/SettingsPath.h"
 #include "host/store/SettingsStore.h"
@@ -38,18 +36,6 @@ namespace {
 
 constexpr const char* kProgram = "velbar-tty";
 constexpr LayoutSize kSummarySize{80, 24};
-
-/// A file opened later must not become standard output by taking its free number.
-void requireStandardFiles() {
-  if (fcntl(STDOUT_FILENO, F_GETFD) == -1) {
-    throw std::system_error(errno, std::generic_category(), "standard output");
-  }
-  for (const int descriptor : {STDIN_FILENO, STDERR_FILENO}) {
-    if (fcntl(descriptor, F_GETFD) == -1) {
-      open("/dev/null", O_RDWR);
-    }
-  }
-}
 
 bool isTerminal(int descriptor) {
   return isatty(descriptor) == 1;
@@ -138,9 +124,8 @@ void show(const Options& options, std::vector<std::string> arguments) {
 
 int run(int argc, const char* const* argv) {
   std::setlocale(LC_CTYPE, "");
-  // A reader that has gone is then an error of the write.
-  (void)std::signal(SIGPIPE, SIG_IGN);
-  requireStandardFiles();
+  requireStandardOutput();
+  prepareStandardFiles();
 
   Options options;
   if (const auto answer = parseOptions(argc, argv, VEL_VERSION, options)) {

@@ -41,9 +41,9 @@ QtMenuBarText::QtMenuBarText(PaintedWidget& widget) : PaintedView(widget) {
 }
 
 void QtMenuBarText::setTextString(std::string_view text) {
-  QString changed = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-  if (changed != text_) {
-    text_ = std::move(changed);
+  if (text != given_) {
+    given_ = text;
+    text_ = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
     widget().setAccessibleName(text_);
     fit();
   }

@@ -22,7 +22,7 @@ class QtMenuBarText : public PaintedView<VELMenuBarText> {
   explicit QtMenuBarText(PaintedWidget& widget);
 
   void setTextString(std::string_view text) override;
-  [[nodiscard]] std::string stringValue() const override { return text_.toStdString(); }
+  [[nodiscard]] std::string stringValue() const override { return given_; }
 
  protected:
   void paint(QPainter& painter) override;
@@ -42,7 +42,8 @@ class QtMenuBarText : public PaintedView<VELMenuBarText> {
   const Piece& piece(const QString& text);
   void fit();
 
-  QString text_;
+  std::string given_;
+  QString text_;  ///< the same
   std::vector<Placed> placed_;
   std::map<QString, Piece> pieces_;
   double digitWidth_ = 0.0;

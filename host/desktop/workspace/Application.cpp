@@ -48,7 +48,8 @@ std::string plainText(const char* text) {
 /// Runs in the child, between fork and exec: nothing but async-signal-safe calls.
 void leaveOurSession(gpointer /*unused*/) {
   setsid();
-  // We block what we read from a descriptor; the program shall get its signals.
+  // What we ignore, and block to read it from a descriptor, the program shall get.
+  (void)std::signal(SIGPIPE, SIG_DFL);
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);

@@ -18,9 +18,9 @@ void appendIdentifiers(const std::filesystem::path& file, std::vector<std::strin
   std::ifstream stream(file);
   for (std::string line; std::getline(stream, line);) {
     line.erase(0, line.find_first_not_of(" \t"));
-    const auto suffix = line.find(kSuffix);
-    if (suffix != std::string::npos && line.find_first_of("#/-+") != 0) {
-      into.push_back(line.substr(0, suffix));
+    const std::string identifier = line.substr(0, line.find_first_of(": \t\r"));
+    if (identifier.ends_with(kSuffix) && line.find_first_of("#/-+") != 0) {
+      into.push_back(identifier.substr(0, identifier.size() - kSuffix.size()));
     }
   }
 }

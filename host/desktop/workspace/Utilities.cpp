@@ -24,11 +24,11 @@ std::string desktopName(std::string_view name) {
   return lower.starts_with("x-") ? lower.substr(2) : lower;
 }
 
-/// The names of the running desktop, in lower case.
+/// The names of the running desktop as XDG_CURRENT_DESKTOP has them, but in lower case.
 std::vector<std::string> runningDesktops() {
   const char* list = std::getenv("XDG_CURRENT_DESKTOP");
   std::vector<std::string> names = split(list == nullptr ? "" : list, ":");
-  std::transform(names.begin(), names.end(), names.begin(), desktopName);
+  std::transform(names.begin(), names.end(), names.begin(), lowerCase);
   return names;
 }
 
@@ -75,6 +75,7 @@ Fitness fitnessAsSystemMonitor(const Application& application) {
 class Installed {
  public:
   Installed() : desktops_(runningDesktops()) {
+    std::transform(desktops_.begin(), desktops_.end(), desktops_.begin(), desktopName);
     const bool withTerminal = canRunInTerminal();
     GList* infos = g_app_info_get_all();
     for (GList* info = infos; info != nullptr; info = info->next) {
@@ -144,7 +145,7 @@ class Installed {
   }
 
   [[nodiscard]] std::optional<Application> chosenTerminal() const {
-    for (const std::string& id : preferredTerminals(desktops_)) {
+    for (const std::string& id : preferredTerminals(runningDesktops())) {
       if (auto listed = first(
               [&](const Application& it) { return it.id() == id && fitnessAsTerminal(it); })) {
         return listed;

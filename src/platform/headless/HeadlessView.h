@@ -1,6 +1,7 @@
 // A view as plain state, with its position in no display.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <utility>
 
@@ -25,7 +26,7 @@ class HeadlessView : public Interface, public HeadlessTree {
   [[nodiscard]] bool isWindowVisible() const override { return windowVisible_; }
 
   [[nodiscard]] double alphaValue() const { return alphaValue_; }
-  [[nodiscard]] int displayRequests() const { return displayRequests_; }
+  [[nodiscard]] std::uint64_t displayRequests() const { return displayRequests_; }
   void setWindowVisible(bool visible) { windowVisible_ = visible; }
 
   /// What a display does.
@@ -39,7 +40,7 @@ class HeadlessView : public Interface, public HeadlessTree {
   Rect frame_;
   bool hidden_ = false;
   double alphaValue_ = 1.0;
-  int displayRequests_ = 0;
+  std::uint64_t displayRequests_ = 0;
   bool windowVisible_ = false;
   std::function<void()> didDraw_;
 };

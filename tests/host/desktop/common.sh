@@ -6,8 +6,9 @@ program=$1
 scratch=$(mktemp -d)
 export HOME=$scratch XDG_CONFIG_HOME=$scratch/config XDG_RUNTIME_DIR=$scratch/runtime LC_ALL=C.UTF-8
 export XDG_DATA_HOME=$scratch/data XDG_DATA_DIRS=/usr/local/share:/usr/share
-# glibc and fontconfig keep some memory for good.
-export LSAN_OPTIONS=exitcode=0
+# These libraries keep some memory for good.
+printf 'leak:%s\n' libdbus-1.so libfontconfig >"$scratch/suppressions"
+export LSAN_OPTIONS=suppressions=$scratch/suppressions:print_suppressions=0
 unset DBUS_SESSION_BUS_ADDRESS WAYLAND_DISPLAY QT_QPA_PLATFORM XDG_CURRENT_DESKTOP LANGUAGE
 mkdir -m 700 "$XDG_RUNTIME_DIR"
 settings=$XDG_CONFIG_HOME/velbar/settings.ini

@@ -174,7 +174,7 @@ TEST(DesktopWorkspace, AsksTheUserFirst) {
        {a, b, c, list("config/", "-a.desktop\n/x\ngone.desktop\nc.desktop\nb.desktop")},
        "-|-|b"},
       {"the running desktop's list first",
-       {a, b, list("config/", "a.desktop"), list("config/kde-", "b.desktop")},
+       {a, b, list("config/", "a.desktop"), list("config/x-kde-", "b.desktop")},
        "-|-|b",
        "XDG_CURRENT_DESKTOP=X-KDE"},
       {"the user's list before the system's",
