@@ -13,8 +13,10 @@
 #include "host/terminal/Bar.h"
 #include "host/terminal/GaugeRow.h"
 #include "host/terminal/PlainLines.h"
+#include "host/terminal/RunningProcessors.h"
 #include "host/terminal/Text.h"
 #include "platform/foundation/StringsTable.h"
+#include "support/ScriptedPlatform.h"
 
 namespace vel::test {
 namespace {
@@ -106,19 +108,19 @@ TEST_F(LayoutTest, LeavesOutWhatMattersLeast) {
     }
     EXPECT_EQ(found, letters);
   }
-  EXPECT_EQ(shown(readingsOf(2), {4, 1})[0], L"██▌·");
-  EXPECT_EQ(shown(readingsOf(2), {6, 1})[0], L"   62%");
-  EXPECT_EQ(shown(readingsOf(2), {14, 1})[0], L"    62%");
-  EXPECT_EQ(shown(readingsOf(2), {20, 1})[0], L"CPU         62%");
+  const auto itemAt = [this](int columns) { return shown(readingsOf(2), {columns, 1})[0]; };
+  EXPECT_EQ(itemAt(4), L"██▌·");
+  EXPECT_EQ(itemAt(6), L"   62%");
+  EXPECT_EQ(itemAt(20), L"CPU         62%");
   // Processors that are too many share gauges, which show their mean.
   EXPECT_EQ(shown(readingsOf(33), {40, 12})[7], L"  8-15  50 % ███···     32  25 % █▌····");
 
   item_.text = "";
-  EXPECT_EQ(shown(readingsOf(2), {6, 1})[0], L"███▊··");
+  EXPECT_EQ(itemAt(6), L"███▊··");
   item_.gauges.clear();
-  EXPECT_EQ(shown(readingsOf(2), {20, 1})[0], L"CPU            ");
+  EXPECT_EQ(itemAt(20), L"CPU            ");
   item_.name = "";
-  EXPECT_EQ(shown(readingsOf(2), {20, 1})[0], L"User     50.0 %");
+  EXPECT_EQ(itemAt(20), L"User     50.0 %");
 }
 
 TEST_F(LayoutTest, ALoadAbove70PercentIsBusy) {
@@ -132,23 +134,18 @@ TEST_F(LayoutTest, ALoadAbove70PercentIsBusy) {
 
 TEST_F(LayoutTest, GaugesInARowShareColumnsOnlyWhereTheyMust) {
   const std::vector<Item::Gauge> gauges{{0.0F}, {0.5F}, {0.71F, true}, {1.0F, true}, {0.06F}};
-  using Pieces = std::vector<std::pair<std::wstring, Tone>>;
+  // Before each span's text the first letter of its tone, with "i" for gaugeIdle.
   const auto pieces = [&gauges](int columns, bool blocks) {
-    Pieces found;
+    std::wstring found;
     for (const Span& span : gaugeRow(gauges, columns, blocks)) {
-      found.emplace_back(span.text, span.tone);
+      found += L"nsfgib"[static_cast<std::size_t>(span.tone)] + span.text;
     }
     return found;
   };
-  EXPECT_EQ(
-      pieces(5, true),
-      (Pieces{{L"·", Tone::faint}, {L"▄", Tone::gauge}, {L"▆█", Tone::busy}, {L"·", Tone::faint}}));
-  EXPECT_EQ(pieces(4, true),
-            (Pieces{{L"▄", Tone::gauge}, {L"█", Tone::busy}, {L"·", Tone::faint}}));
-  EXPECT_EQ(pieces(0, false), (Pieces{{L"@", Tone::busy}}));
-  EXPECT_EQ(
-      pieces(9, false),
-      (Pieces{{L".", Tone::faint}, {L"+", Tone::gauge}, {L"#@", Tone::busy}, {L".", Tone::faint}}));
+  EXPECT_EQ(pieces(5, true), L"f·g▄b▆█f·");
+  EXPECT_EQ(pieces(4, true), L"g▄b█f·");
+  EXPECT_EQ(pieces(0, false), L"b@");
+  EXPECT_EQ(pieces(9, false), L"f.g+b#@f.");
 }
 
 TEST_F(LayoutTest, PlainLine) {
@@ -190,6 +187,33 @@ TEST_F(LayoutTest, TextIsDecodedToWhatTheTerminalCanShow) {
   // Sound, control characters, too long a form, a surrogate, cut short, no lead, beyond Unicode.
   EXPECT_EQ(decode("è日😀 a\x1b[0m\n\xc2\x9b \xc0\xaf \xed\xa0\x80 \xe2\x82 \xff \xf4\x90\x80\x80"),
             L"è日😀 a?[0m?? ?? ? ?? ? ?");
+}
+
+/// "number=index …"
+std::string numbersOf(RunningProcessors& running) {
+  std::string result;
+  for (const auto& [number, index] : running.ofThisRefresh()) {
+    result += std::to_string(number) + "=" + std::to_string(index) + " ";
+  }
+  return result;
+}
+
+TEST(RunningProcessors, FollowTheRecordAsProcessorsComeAndGo) {
+  ScriptedKernel kernel;
+  kernel.identities = {0, 4, 1, 5};
+  kernel.processors.resize(4);
+  kernel.logical = 4;
+  RunningProcessors running(kernel);
+  const std::string all = "0=0 1=2 4=1 5=3 ";
+  EXPECT_EQ(numbersOf(running), all);
+  kernel.processors[1].running = false;
+  kernel.logical = 3;
+  EXPECT_EQ(numbersOf(running), all);  // the sample of the change is left out of the record
+  EXPECT_EQ(numbersOf(running), "0=0 1=1 5=2 ");
+  kernel.ticksReadable = false;
+  kernel.logical = 2;
+  numbersOf(running);
+  EXPECT_EQ(numbersOf(running), "0=0 1=1 ");
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// The settings that the model follows, its process lists, and the guard that its updates share.
+// The settings that the model follows, its load, uptime and process lists, and the guard that its
+// updates share.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -62,28 +63,23 @@ class Lifecycle : public testing::Test {
   VELModuleModel model{std::move(owned)};
 };
 
-TEST_F(Lifecycle, FollowsTheBroadcastsOfModeAndThreshold) {
-  EXPECT_EQ(model.currentThresholdValue(), 0.0F);
+TEST_F(Lifecycle, FollowsTheBroadcastsOfTheThreshold) {
   post(broadcast::notificationThresholdDidChange, 30);
   EXPECT_EQ(model.currentThresholdValue(), 30.0F);
   post(broadcast::notificationThresholdDidChange);
   EXPECT_EQ(model.currentThresholdValue(), 0.0F);
-  post(broadcast::top5Type, 1);
-  EXPECT_EQ(model.top5ProcessesType(), 1);
-  EXPECT_EQ(topList(), "none");  // takes effect at the next reading
-  post(broadcast::top5Type);
-  EXPECT_EQ(model.top5ProcessesType(), 0);
 }
 
 TEST_F(Lifecycle, TheModeChoosesTheList) {
-  const std::pair<int, const char*> steps[] = {
-      {0, "average"}, {1, "current"}, {2, "current"}, {0, "average"}};
+  using Mode = std::optional<std::int64_t>;
+  const std::pair<Mode, const char*> steps[] = {
+      {2, "none"}, {0, "average"}, {1, "current"}, {2, "current"}, {std::nullopt, "average"}};
   for (const auto& [mode, list] : steps) {
     post(broadcast::top5Type, mode);
     model.updateTopProcess();
     EXPECT_EQ(topList(), list);
   }
-  EXPECT_EQ(processes.readings, 4);  // mode 2 reads the table all the same
+  EXPECT_EQ(processes.readings, 5);  // mode 2 reads the table all the same
   processes.average.reset();
   model.updateTopProcess();
   EXPECT_EQ(topList(), "average");
@@ -135,13 +131,36 @@ TEST_F(Lifecycle, NoUpdateRunsInsideAnother) {
   machine.notificationCenter.removeObserver(this);
 }
 
-TEST(LifecycleEnd, ADestroyedModelHearsNothing) {
-  ScriptedPlatform machine;
-  { const VELModuleModel gone; }
-  // Reaching it is the address sanitizer's to see; that the centre still serves others is ours.
-  const VELModuleModel model;
-  machine.notificationCenter.post(broadcast::top5Type, 1);
-  EXPECT_EQ(model.top5ProcessesType(), 1);
+TEST_F(Lifecycle, LoadAndUptimeAreStoredAndSurviveFailures) {
+  const auto& data = model.record();
+  model.updateModel();
+  EXPECT_FALSE(data.find(Reading::tasksCount) || data.find(Reading::loadAverage0) || data.upTime());
+
+  machine.kernel.load = {{.tasks = 312, .threads = 1450}};
+  machine.kernel.averages = {1.52, 1.31, 1.20};
+  machine.kernel.averagesDelivered = 3;
+  machine.kernel.boot = {{.seconds = 1'699'906'220, .microseconds = 500'000}};
+  model.updateModel();
+  const auto expectThem = [&](float average0) {
+    EXPECT_EQ(data.find(Reading::tasksCount), 312.0F);
+    EXPECT_EQ(data.find(Reading::threadsCount), 1450.0F);
+    EXPECT_EQ(data.find(Reading::loadAverage0), average0);
+    EXPECT_EQ(data.find(Reading::loadAverage1), 1.31F);
+    EXPECT_EQ(data.find(Reading::loadAverage2), 1.20F);
+    EXPECT_EQ(data.upTime(), (CalendarDifference{0, 1, 2, 2}));
+  };
+  expectThem(1.52F);
+
+  machine.kernel.load.reset();
+  machine.kernel.averages = {4, 5, 6};
+  machine.kernel.averagesDelivered = -1;
+  machine.kernel.boot.reset();
+  machine.clock.seconds += 86400;
+  model.updateModel();
+  expectThem(1.52F);
+  machine.kernel.averagesDelivered = 1;  // those that were not delivered keep their values
+  model.updateModel();
+  expectThem(4.0F);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <fstream>
 
 #include "support/TemporaryDirectory.h"
@@ -18,13 +19,10 @@ static void write(const std::filesystem::path& file, const std::string& text) {
 }
 
 TEST(Bundle, Opens) {
-  struct Case {
-    std::string info, german;  ///< the files' texts
-    std::string yes;           ///< "yes" localised; empty if the bundle does not open
-    std::string problem;       ///< after the bundle's directory
-  };
   const std::string good = R"("identifier" = "org.x"; "extra" = "1";)";
-  const std::vector<Case> cases = {
+  // The files' texts; "yes" localised, empty if the bundle does not open; and the problem, after
+  // the bundle's directory.
+  const std::vector<std::array<std::string, 4>> cases = {
       {good, "yes=ja;", "ja", ""},
       {good, "no=nein;", "yes", ""},
       {good, "", "YES", ""},
@@ -33,17 +31,17 @@ TEST(Bundle, Opens) {
       {"a=b;\n\n;", "", "", "/Info.strings:3: expected a key"},
       {"identifier=\"\";", "", "", R"(/Info.strings: no "identifier")"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.yes + c.problem);
+  for (const auto& [info, german, yes, problem] : cases) {
+    SCOPED_TRACE(yes + problem);
     const TemporaryDirectory directory;
-    write(directory.path + "/Info.strings", c.info);
-    write(directory.path + "/de.lproj/Localizable.strings", c.german);
+    write(directory.path + "/Info.strings", info);
+    write(directory.path + "/de.lproj/Localizable.strings", german);
     write(directory.path + "/en.lproj/Localizable.strings", "yes=YES;");
     std::vector<Bundle::Problem> problems;
     const auto bundle = Bundle::open(directory.path, Locale(".", {"de"}), problems);
     problems.resize(1);
-    EXPECT_EQ(problems[0], c.problem.empty() ? "" : directory.path + c.problem);
-    EXPECT_EQ(bundle ? bundle->localizedString("yes") : "", c.yes);
+    EXPECT_EQ(problems[0], problem.empty() ? "" : directory.path + problem);
+    EXPECT_EQ(bundle ? bundle->localizedString("yes") : "", yes);
     EXPECT_TRUE(!bundle || (bundle->identifier() == "org.x" && bundle->info("extra") == "1"));
   }
 }

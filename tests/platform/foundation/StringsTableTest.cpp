@@ -12,9 +12,9 @@ using Entries = decltype(StringsTable::entries);
 static std::string utf16(std::u16string_view text, bool bigEndian = true) {
   std::string bytes;
   for (const char16_t unit : text) {
-    const auto high = static_cast<char>(unit >> 8U);
-    const auto low = static_cast<char>(unit & 0xFFU);
-    bytes += {bigEndian ? high : low, bigEndian ? low : high};
+    for (const unsigned shift : {8U, 0U}) {
+      bytes += static_cast<char>(unit >> (bigEndian ? shift : 8 - shift));
+    }
   }
   return bytes;
 }
@@ -29,9 +29,8 @@ TEST(StringsTable, ReadsUpToTheFirstFaultAndTellsItsLine) {
   const std::string start = "a=b;\n\r\r\n";  // The next line is the fourth.
   const Entries ab = {{"a", "b"}};
   std::vector<Case> cases = {
-      {" \t\r\n\v\f", {}},
       {R"("a b"="c";d=e.f-1:$_/;"g" = h ;)", {{"a b", "c"}, {"d", "e.f-1:$_/"}, {"g", "h"}}},
-      {R"(a=1;b;a=3;""="";)", {{"", ""}, {"a", "3"}, {"b", "b"}}},
+      {" \t\r\n\v\fa=1;b;a=3;\"\"=\"\";", {{"", ""}, {"a", "3"}, {"b", "b"}}},
       {"/* a=1; **/a/**/=// b\r2//x //c\n;//", {{"a", "2//x"}}},
       {R"(a="\"\'\\\/\a\b\f\n\r\t\v";)", {{"a", "\"'\\/\a\b\f\n\r\t\v"}}},
       {"a=\"1\\\n2\\\r\n3\\\r4\n5\r\n6 // /*\";", {{"a", "1234\n5\r\n6 // /*"}}},

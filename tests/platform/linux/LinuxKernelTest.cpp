@@ -1,8 +1,9 @@
-// LinuxKernel on machines captured as files.
+// LinuxKernel on machines captured as files and on the one that runs the test.
 #include "platform/linux/LinuxKernel.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
 #include <cstddef>
@@ -133,21 +134,15 @@ TEST(LinuxKernel, KeepsTheOrderUntilTheTopologyIsReadAnew) {
   EXPECT_EQ(readOrder(kernel), all);
   EXPECT_EQ(kernel.processorCount(), 9U);
   EXPECT_EQ(readOrder(kernel), (Order{0, 4, 1, 5, 2, 6, 3, 7, 8}));
-}
-
-TEST(LinuxKernel, TellsTheBootTimeFromTheLastGoodReading) {
-  const MachineTree tree("single");
-  LinuxKernel kernel(tree.proc(), tree.sys());
-  EXPECT_EQ(readOrder(kernel), Order{0});
-  tree.write(kStat, "cpu0 1 2 3 4\nbtime 2\n");
-  EXPECT_EQ(kernel.bootTime().value_or(BootTime{}).seconds, 1700000123);
+  // The boot time is out of the text of the last sample, which is not read again for it.
+  tree.write(kStat, "btime 2\n");
+  EXPECT_EQ(kernel.bootTime().value_or(BootTime{}).seconds, 1753430400);
 }
 
 TEST(LinuxKernel, FailsAReadingWhileItsFileIsFaulty) {
   // What is replaced, by this content or by what is in angle brackets.
   const std::tuple<const char*, std::string, const char*> cases[] = {
       {kStat, "<nothing>", "8 3 5 0 7/613 3 -1"},
-      {kStat, "<directory>", "8 3 5 0 7/613 3 -1"},
       {kStat, "<FIFO>", "8 3 5 0 7/613 3 -1"},
       {kStat, "cpu  1 2 3 4\ncpu0 1 2 3 4", "8 3 5 0 7/613 3 -1"},
       {kStat, "cpu0 1 2 3 4\n" + std::string(TextFile::kMaxSize, '\n'), "8 3 5 0 7/613 3 -1"},
@@ -166,9 +161,7 @@ TEST(LinuxKernel, FailsAReadingWhileItsFileIsFaulty) {
     // The first fault is there from the start, the second comes after sound readings.
     for (int time = 0; time < 2; ++time) {
       fs::rename(path, sound);
-      if (content == "<directory>") {
-        fs::create_directory(path);
-      } else if (content == "<FIFO>") {
+      if (content == "<FIFO>") {
         ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
       } else if (content != "<nothing>") {
         tree.write(name, content);
@@ -179,6 +172,35 @@ TEST(LinuxKernel, FailsAReadingWhileItsFileIsFaulty) {
       EXPECT_EQ(readAll(kernel), "8 3 5 8 7/613 3 1753430400");
     }
   }
+}
+
+// What holds on any Linux.
+TEST(LiveMachine, CountsWhatTheLibraryAndTheListingCount) {
+  LinuxKernel kernel;
+  const long online = ::sysconf(_SC_NPROCESSORS_ONLN);
+  EXPECT_EQ(kernel.logicalProcessorCount(), online);
+  EXPECT_GE(kernel.processorCount(), online);
+  EXPECT_TRUE(kernel.physicalCoreCount() >= 1U && kernel.physicalCoreCount() <= online);
+  const SystemLoad load = kernel.systemLoad().value_or(SystemLoad{});
+  int listed = 0;
+  for (const fs::directory_entry& entry : fs::directory_iterator("/proc")) {
+    listed += entry.path().filename().string().find_first_not_of("0123456789") == std::string::npos;
+  }
+  EXPECT_GE(load.tasks, 1);
+  // The two are not of one moment: others come and go meanwhile.
+  EXPECT_GE(load.tasks + 20, listed);
+  // In a pid namespace of its own, or under hidepid, a listing shows only some of the system's.
+  if (fs::read_symlink("/proc/self/ns/pid") == "pid:[4026531836]" && fs::exists("/proc/1")) {
+    EXPECT_LE(load.tasks, listed + 20);
+  }
+}
+
+TEST(LiveMachine, AKeptFileThatIsGoneIsAFailedReading) {
+  const int number = ::dup(STDERR_FILENO);
+  TextFile file("/proc/self/fdinfo/" + std::to_string(number));
+  EXPECT_TRUE(file.read());
+  ::close(number);
+  EXPECT_FALSE(file.read());
 }
 
 }  // namespace
