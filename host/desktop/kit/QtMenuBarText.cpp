@@ -37,7 +37,7 @@ QString pieceAt(const QString& text, qsizetype start) {
 }  // namespace
 
 QtMenuBarText::QtMenuBarText(PaintedWidget& widget) : PaintedView(widget) {
-  fontDidChange();
+  measureFont();
 }
 
 void QtMenuBarText::setTextString(std::string_view text) {
@@ -49,7 +49,7 @@ void QtMenuBarText::setTextString(std::string_view text) {
   }
 }
 
-void QtMenuBarText::fontDidChange() {
+void QtMenuBarText::measureFont() {
   const QFontMetricsF metrics(widget().font(), &widget());
   digitWidth_ = widestDigit(metrics);
   capHeight_ = metrics.capHeight();

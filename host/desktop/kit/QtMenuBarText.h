@@ -26,7 +26,7 @@ class QtMenuBarText : public PaintedView<VELMenuBarText> {
 
  protected:
   void paint(QPainter& painter) override;
-  void fontDidChange() override;
+  void fontDidChange() override { measureFont(); }
 
  private:
   /// Set once for a font, as the same few come again and again.
@@ -40,6 +40,7 @@ class QtMenuBarText : public PaintedView<VELMenuBarText> {
   };
 
   const Piece& piece(const QString& text);
+  void measureFont();
   void fit();
 
   std::string given_;
