@@ -7,8 +7,8 @@ namespace vel {
 /// puts something in its place.
 void requireStandardOutput();
 
-/// To be called first of all else. A file opened later does not become one of the three by taking a
-/// free number, and a reader that has gone is an error of the write.
+/// To be called before files are opened. A file opened later does not become one of the three by
+/// taking a free number, and a reader that has gone is an error of the write.
 void prepareStandardFiles();
 
 }  // namespace vel

@@ -133,19 +133,18 @@ int snapshot(const DesktopOptions& options, std::vector<std::string> arguments) 
 }
 
 int run(int argc, const char* const* argv) {
-  prepareStandardFiles();
   DesktopOptions options;
   if (const auto reply = parseDesktopOptions(argc, argv, VEL_VERSION, options)) {
     return answer(*reply);
   }
-  std::vector<std::string> arguments(argv, argv + argc);
-  if (options.snapshots) {
-    return snapshot(options, std::move(arguments));
-  }
-  if (!isDisplayReachable()) {
+  if (!options.snapshots && !isDisplayReachable()) {
     startInTerminal(options);
   }
-  return showOnDesktop(options, std::move(arguments));
+  // Not before: who writes on standard output has to find it closed.
+  prepareStandardFiles();
+  std::vector<std::string> arguments(argv, argv + argc);
+  return options.snapshots ? snapshot(options, std::move(arguments))
+                           : showOnDesktop(options, std::move(arguments));
 }
 
 }  // namespace

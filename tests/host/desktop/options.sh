@@ -43,7 +43,9 @@ help=$("$program" --help)
 for word in --edge --bar --tray --widget --preferences --snapshot --interval settings.ini velbar-tty; do
   [[ $help == *"$word"* ]] || fail "--help does not mention $word"
 done
-"$program" --help >/dev/full 2>/dev/null && fail "a full disk is no trouble"
+for sink in '>/dev/full' '>&-'; do
+  eval "\"\$program\" --help $sink 2>/dev/null" && fail "--help $sink is no trouble"
+done
 
 # Without a display the terminal's front takes over, with the options that it knows.
 output=$(DISPLAY='' timeout 60 "$program" --tray --interval 0.1 2>&1 | head -n 2)
