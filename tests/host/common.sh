@@ -30,8 +30,8 @@ bundle() {
     '<widget class="VELModuleNameStatusBarView" name="name"/><widget class="VELGaugeViewMultiple" name="gauges"/>' \
     '</widget></ui>' >"$scratch/$1/Item.ui"
 }
-bundle sound '"contract" = "2"; "processors" = "8"; "share" = "50"; "gauges" = "1";'
-bundle cores '"contract" = "2"; "share" = "75"; "gauges" = "8";'
+bundle sound '"contract" = "3"; "processors" = "8"; "share" = "50"; "gauges" = "1";'
+bundle cores '"contract" = "3"; "share" = "75"; "gauges" = "8";'
 
 # A machine on which as many processors run as the scripted module has.
 mkdir -p "$scratch/machine/proc" "$scratch/machine/sys/devices/system/cpu"

@@ -37,19 +37,19 @@ refuses 2 '--json takes no value' --json=yes
 refuses 2 '--once takes no value' --once=false
 
 bundle foreign '"contract" = "1";'
-refuses 1 "$scratch/foreign/Info.strings: \"contract\" is \"1\", expected \"2\".*" --bundle "$scratch/foreign"
+refuses 1 "$scratch/foreign/Info.strings: \"contract\" is \"1\", expected \"3\".*" --bundle "$scratch/foreign"
 refuses 1 "$scratch/none: no such directory, expected a module bundle" --bundle "$scratch/none"
 refuses 1 '/dev/null: not a directory, expected a module bundle' --bundle /dev/null
 refuses 1 "$scratch/machine/Info.strings: .*, expected a module bundle" --bundle "$scratch/machine"
 refuses 2 '--bundle: "" is not a directory' --bundle ''
 
-bundle nib '"contract" = "2"; "gauges" = "1";'
+bundle nib '"contract" = "3"; "gauges" = "1";'
 sed -i 's/Text" name="text"/Text" name="txt"/' "$scratch/nib/Item.ui"
 refuses 1 "$scratch/nib/Item.ui: outlet \"text\" is missing, expected a VELMenuBarText" --bundle "$scratch/nib"
 
 # Libraries that would kill the program if they were mapped, and those of other machines (man 5 elf).
 # broken FAULT: the bundle's library, to be spoilt beforehand, is refused.
-bundle broken '"contract" = "2";'
+bundle broken '"contract" = "3";'
 library=$scratch/broken/module.so
 broken() { refuses 1 "$library: $1, expected the module's shared library" --bundle "$scratch/broken"; }
 spoil() {

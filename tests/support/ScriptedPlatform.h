@@ -4,7 +4,9 @@
 #include <array>
 #include <cstdint>
 #include <initializer_list>
+#include <map>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -60,6 +62,41 @@ class ScriptedKernel : public Kernel {
 
   std::optional<BootTime> bootTime() override { return boot; }
 
+  struct Process {
+    ProcessRecord record;
+    std::optional<TaskFigures> figures;
+    /// What a query for this one alone finds as its parent; the record's if nothing is set.
+    std::optional<std::int32_t> parentNow;
+    bool gone = false;  ///< ended after it was listed
+  };
+
+  bool listProcesses(std::vector<ProcessRecord>& records) override {
+    ++processListings;
+    records.clear();
+    for (const auto& [pid, process] : processes) {
+      records.push_back(process.record);
+    }
+    return processesListable;
+  }
+  std::optional<ProcessRecord> process(std::int32_t pid) override {
+    const auto found = processes.find(pid);
+    if (found == processes.end() || found->second.gone) {
+      return std::nullopt;
+    }
+    ProcessRecord record = found->second.record;
+    record.parent = found->second.parentNow.value_or(record.parent);
+    return record;
+  }
+  std::optional<TaskFigures> taskFigures(std::int32_t pid) override {
+    const auto found = processes.find(pid);
+    return found == processes.end() || found->second.gone ? std::nullopt : found->second.figures;
+  }
+  std::int32_t ownPid() override { return own; }
+  std::optional<std::string> executablePath(std::int32_t pid) override {
+    const auto found = executables.find(pid);
+    return found == executables.end() ? std::nullopt : std::optional(found->second);
+  }
+
   std::optional<std::uint32_t> count;
   std::optional<std::uint32_t> physical;
   std::optional<std::uint32_t> logical;
@@ -72,6 +109,11 @@ class ScriptedKernel : public Kernel {
   int averagesDelivered = -1;
   std::optional<BootTime> boot;
   int tickReadings = 0;
+  std::map<std::int32_t, Process> processes;
+  bool processesListable = true;
+  int processListings = 0;
+  std::int32_t own = -1;
+  std::map<std::int32_t, std::string> executables;
 };
 
 class ManualClock : public Clock {

@@ -4,12 +4,15 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QObject>
 #include <QRadioButton>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -88,6 +91,29 @@ class QtPopUpButton final : public QtControl<PopUpButton, ControlClass::popUpBut
   QComboBox& box_;
 };
 
-using QtTextField = QtView<TextField>;
+/// The text of a label, whatever else `Interface` has. An accelerator or markup in the nib's text
+/// is left as it is; what comes later is plain.
+template <typename Interface>
+class QtText : public QtView<Interface> {
+ public:
+  explicit QtText(QLabel& label) : QtView<Interface>(label), label_(label) {}
+
+  void setStringValue(std::string_view text) override {
+    const auto value = QString::fromUtf8(text.data(), qsizetype(text.size()));
+    if (value != label_.text()) {
+      label_.setTextFormat(Qt::PlainText);
+      label_.setText(value);
+    }
+  }
+  [[nodiscard]] std::string stringValue() const override { return label_.text().toStdString(); }
+
+ protected:
+  [[nodiscard]] QLabel& label() const { return label_; }
+
+ private:
+  QLabel& label_;
+};
+
+using QtTextField = QtText<TextField>;
 
 }  // namespace vel

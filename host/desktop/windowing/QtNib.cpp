@@ -213,7 +213,7 @@ std::unique_ptr<NibObject> QtNib::make(const NibWidget& nibWidget, const NibClas
     return makeMatrix(widget);
   }
   if (className == TextField::kNibClass) {
-    return std::make_unique<QtTextField>(widget);
+    return std::make_unique<QtTextField>(static_cast<QLabel&>(widget));
   }
   return std::make_unique<QtView<View>>(widget);
 }

@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -105,13 +106,17 @@ class HeadlessPopUpButton : public HeadlessChoice<PopUpButton, ControlClass::pop
   void selectItemWithTag(std::int64_t tag) override { items().selectTag(tag); }
 };
 
-class HeadlessTextField : public HeadlessView<TextField> {
+/// A text, whatever else `Interface` has.
+template <typename Interface>
+class HeadlessText : public HeadlessView<Interface> {
  public:
-  [[nodiscard]] const std::string& text() const { return text_; }
-  void setText(std::string text) { text_ = std::move(text); }
+  void setStringValue(std::string_view text) override { text_ = text; }
+  [[nodiscard]] std::string stringValue() const override { return text_; }
 
  private:
   std::string text_;
 };
+
+using HeadlessTextField = HeadlessText<TextField>;
 
 }  // namespace vel

@@ -228,7 +228,7 @@ std::unique_ptr<NibObject> HeadlessNibReader::makePopUpButton(const pugi::xml_no
 
 std::unique_ptr<NibObject> HeadlessNibReader::makeTextField(const pugi::xml_node& widget) {
   auto field = std::make_unique<HeadlessTextField>();
-  field->setText(text(widget));
+  field->setStringValue(text(widget));
   return field;
 }
 

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace vel {
@@ -44,6 +46,34 @@ struct BootTime {
   std::int32_t microseconds = 0;
 };
 
+/// A process as the kernel lists it.
+struct ProcessRecord {
+  /// Bytes of the longest command name.
+  static constexpr std::size_t kNameSize = 16;
+
+  std::int32_t pid = 0;
+  /// 0 for none. 1, the first process, also of what a service manager has started in a unit of its
+  /// own, as a desktop's applications are.
+  std::int32_t parent = 0;
+  std::int64_t startSeconds = 0;          ///< since 1970, the same as long as the process lives
+  std::int8_t status = 0;                 ///< the kernel's code, above 0
+  std::array<char, kNameSize> command{};  ///< any bytes but NUL, which fills the rest
+
+  [[nodiscard]] std::string_view name() const {
+    const std::string_view all(command.data(), command.size());
+    return all.substr(0, all.find('\0'));
+  }
+};
+
+/// What a process has used, its ended threads' CPU time included.
+struct TaskFigures {
+  std::uint64_t virtualBytes = 0;
+  std::uint64_t residentBytes = 0;
+  std::uint64_t userNanoseconds = 0;
+  std::uint64_t systemNanoseconds = 0;
+  std::int32_t threads = 0;
+};
+
 /// Every operation answers with a value; a reading that cannot be had is nothing, false or -1, and
 /// nothing is thrown. Called from one thread at a time.
 class Kernel {
@@ -75,6 +105,22 @@ class Kernel {
   virtual int loadAverages(std::array<double, 3>& averages) = 0;
 
   virtual std::optional<BootTime> bootTime() = 0;
+
+  /// Overwrites `records`, whose storage is kept, with every process that may be seen, in no
+  /// particular order. False when they cannot be listed.
+  virtual bool listProcesses(std::vector<ProcessRecord>& records) = 0;
+
+  // Of a process in the latest list they answer what held then, of any other what holds now, and
+  // nothing when there is no such process or it may not be read.
+
+  virtual std::optional<ProcessRecord> process(std::int32_t pid) = 0;
+  virtual std::optional<TaskFigures> taskFigures(std::int32_t pid) = 0;
+
+  virtual std::int32_t ownPid() = 0;
+
+  /// The file that the process runs, even if it has been replaced or deleted since; nothing where
+  /// it may not be known.
+  virtual std::optional<std::string> executablePath(std::int32_t pid) = 0;
 };
 
 }  // namespace vel

@@ -126,6 +126,26 @@ std::optional<BootTime> LinuxKernel::bootTime() {
   return BootTime{.seconds = *seconds, .microseconds = 0};
 }
 
+bool LinuxKernel::listProcesses(std::vector<ProcessRecord>& /*records*/) {
+  return false;
+}
+
+std::optional<ProcessRecord> LinuxKernel::process(std::int32_t /*pid*/) {
+  return std::nullopt;
+}
+
+std::optional<TaskFigures> LinuxKernel::taskFigures(std::int32_t /*pid*/) {
+  return std::nullopt;
+}
+
+std::int32_t LinuxKernel::ownPid() {
+  return -1;
+}
+
+std::optional<std::string> LinuxKernel::executablePath(std::int32_t /*pid*/) {
+  return std::nullopt;
+}
+
 bool LinuxKernel::readPresentAndOnline() {
   if (readList(presentFile_, present_) && readList(onlineFile_, online_)) {
     return true;

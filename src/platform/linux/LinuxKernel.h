@@ -41,6 +41,12 @@ class LinuxKernel final : public Kernel {
   /// large machines.
   std::optional<BootTime> bootTime() override;
 
+  bool listProcesses(std::vector<ProcessRecord>& records) override;
+  std::optional<ProcessRecord> process(std::int32_t pid) override;
+  std::optional<TaskFigures> taskFigures(std::int32_t pid) override;
+  std::int32_t ownPid() override;
+  std::optional<std::string> executablePath(std::int32_t pid) override;
+
  private:
   bool readPresentAndOnline();
   bool readOnline();

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "platform/windowing/View.h"
 
@@ -54,10 +56,15 @@ class PopUpButton : public Control {
   [[nodiscard]] virtual std::optional<std::int64_t> selectedTag() const = 0;
 };
 
-/// A caption.
+/// A text that the user does not change: a caption or a figure. It is shown as it is, never as
+/// markup.
 class TextField : public View {
  public:
   static constexpr const char* kNibClass = "QLabel";
+
+  /// In UTF-8; what is none shows as replacement characters.
+  virtual void setStringValue(std::string_view text) = 0;
+  [[nodiscard]] virtual std::string stringValue() const = 0;
 };
 
 }  // namespace vel

@@ -61,7 +61,7 @@ TEST(HeadlessNib, ReadsWhatTheFileSays) {
   EXPECT_EQ(nib.outlet<HeadlessButton>("check")->title(), "~a < b");
   EXPECT_EQ(nib.outlet<Button>("check")->state(), 1);
   EXPECT_TRUE(nib.outlet<View>("check")->isHidden() && !nib.outlet<View>("label")->isHidden());
-  EXPECT_EQ(nib.outlet<HeadlessTextField>("label")->text(), "~l");
+  EXPECT_EQ(nib.outlet<HeadlessTextField>("label")->stringValue(), "~l");
   EXPECT_EQ(nib.outlet<HeadlessPopUpButton>("popUp")->items().all(),
             (Items{{"~p", 5}, {"~q", -6}}));
   EXPECT_EQ(nib.outlet<PopUpButton>("popUp")->selectedTag(), -6);
