@@ -10,9 +10,13 @@
 namespace vel {
 
 bool FileDescriptor::open(const std::filesystem::path& path, int flags) {
+  return openAt(AT_FDCWD, path.c_str(), flags);
+}
+
+bool FileDescriptor::openAt(int directory, const char* path, int flags) {
   close();
   do {
-    number_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | flags);
+    number_ = ::openat(directory, path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | flags);
   } while (number_ < 0 && errno == EINTR);
   return isOpen();
 }

@@ -15,6 +15,10 @@ class FileDescriptor {
   /// Opens for reading, in place of what was open before. `flags` are further ones of open(2).
   /// Neither this nor a reading blocks, even if someone has put a FIFO there.
   bool open(const std::filesystem::path& path, int flags = 0);
+
+  /// Likewise, with `path` relative to an open directory. After false, errno tells why.
+  bool openAt(int directory, const char* path, int flags = 0);
+
   void close();
 
   [[nodiscard]] bool isOpen() const { return number_ >= 0; }

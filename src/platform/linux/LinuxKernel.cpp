@@ -1,7 +1,11 @@
 // The kernel's figures from procfs and sysfs.
 #include "platform/linux/LinuxKernel.h"
 
+#include <unistd.h>
+
 #include <cstddef>
+#include <ctime>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -42,7 +46,9 @@ LinuxKernel::LinuxKernel(const std::filesystem::path& proc, const std::filesyste
       loadavgFile_(proc / "loadavg"),
       presentFile_(cpuDirectory_ / "present"),
       onlineFile_(cpuDirectory_ / "online"),
-      processes_(proc) {}
+      processes_(proc),
+      processDirectory_(proc),
+      processReader_(processDirectory_) {}
 
 std::optional<std::uint32_t> LinuxKernel::processorCount() {
   if (!readPresentAndOnline()) {
@@ -123,27 +129,50 @@ std::optional<BootTime> LinuxKernel::bootTime() {
   if (!seconds) {
     return std::nullopt;
   }
+  statRead_ = true;
   return BootTime{.seconds = *seconds, .microseconds = 0};
 }
 
-bool LinuxKernel::listProcesses(std::vector<ProcessRecord>& /*records*/) {
-  return false;
+bool LinuxKernel::listProcesses(std::vector<ProcessRecord>& records) {
+  const std::optional<ReadingTime> time = readingTime();
+  if (!time || !processReader_.read(*time)) {
+    return false;
+  }
+  processReader_.copyTo(records);
+  return true;
 }
 
-std::optional<ProcessRecord> LinuxKernel::process(std::int32_t /*pid*/) {
-  return std::nullopt;
+/// On a captured tree no process is young.
+std::optional<ReadingTime> LinuxKernel::readingTime() {
+  const std::optional<BootTime> boot = bootTime();
+  if (!boot) {
+    return std::nullopt;
+  }
+  ReadingTime time{.bootSeconds = boot->seconds,
+                   .ticksSinceBoot = std::numeric_limits<std::uint64_t>::max()};
+  timespec sinceBoot = {};
+  if (processDirectory_.onProcfs() && ::clock_gettime(CLOCK_BOOTTIME, &sinceBoot) == 0) {
+    const std::int64_t ticks = ::sysconf(_SC_CLK_TCK);
+    time.ticksSinceBoot = static_cast<std::uint64_t>(sinceBoot.tv_sec * ticks +
+                                                     sinceBoot.tv_nsec * ticks / 1'000'000'000);
+  }
+  return time;
 }
 
-std::optional<TaskFigures> LinuxKernel::taskFigures(std::int32_t /*pid*/) {
-  return std::nullopt;
+std::optional<ProcessRecord> LinuxKernel::process(std::int32_t pid) {
+  return processReader_.record(pid, [this] { return readingTime(); });
+}
+
+std::optional<TaskFigures> LinuxKernel::taskFigures(std::int32_t pid) {
+  return processReader_.figures(pid);
 }
 
 std::int32_t LinuxKernel::ownPid() {
-  return -1;
+  return ::getpid();
 }
 
-std::optional<std::string> LinuxKernel::executablePath(std::int32_t /*pid*/) {
-  return std::nullopt;
+std::optional<std::string> LinuxKernel::executablePath(std::int32_t pid) {
+  return processDirectory_.executablePath(pid);
 }
 
 bool LinuxKernel::readPresentAndOnline() {

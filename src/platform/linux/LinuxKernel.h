@@ -10,6 +10,8 @@
 #include "platform/kernel/Kernel.h"
 #include "platform/linux/CpuList.h"
 #include "platform/linux/ProcessCount.h"
+#include "platform/linux/ProcessDirectory.h"
+#include "platform/linux/ProcessReader.h"
 #include "platform/linux/TextFile.h"
 #include "platform/linux/Topology.h"
 
@@ -20,7 +22,7 @@ namespace vel {
 /// the processors, those with a line in /proc/stat count as present and online; it is read again
 /// each time that this is asked for. Everything but
 /// making the order allocates nothing once it has been called.
-class LinuxKernel final : public Kernel {
+class LinuxKernel : public Kernel {
  public:
   /// The roots of procfs and sysfs, or of files captured from another machine's.
   explicit LinuxKernel(const std::filesystem::path& proc = "/proc",
@@ -37,15 +39,24 @@ class LinuxKernel final : public Kernel {
   std::optional<SystemLoad> systemLoad() override;
   int loadAverages(std::array<double, 3>& averages) override;
 
-  /// In whole seconds, from the text that the last successful `readTicks` read: the file is dear on
-  /// large machines.
+  /// In whole seconds, from the text that the last successful `readTicks` read, or an earlier call
+  /// of this if there has been none: the file is dear on large machines.
   std::optional<BootTime> bootTime() override;
 
+  /// A status is the letter of /proc/<pid>/stat. Processes whose files may not be read, as under
+  /// hidepid, are left out.
   bool listProcesses(std::vector<ProcessRecord>& records) override;
   std::optional<ProcessRecord> process(std::int32_t pid) override;
+
+  /// The sum of both times is exact, and user time is accounted in clock ticks, wherever
+  /// `sharesPids`; elsewhere both are in clock ticks.
   std::optional<TaskFigures> taskFigures(std::int32_t pid) override;
   std::int32_t ownPid() override;
   std::optional<std::string> executablePath(std::int32_t pid) override;
+
+  /// Whether the pids in `proc` are those of this process's own namespace, so that one may act on
+  /// them.
+  [[nodiscard]] bool sharesPids() const { return processDirectory_.sharesPids(); }
 
  private:
   bool readPresentAndOnline();
@@ -53,6 +64,8 @@ class LinuxKernel final : public Kernel {
   bool readCpusWithLines(CpuList& cpus);
   bool makeOrder();
   bool ensureOrder();
+
+  std::optional<ReadingTime> readingTime();
 
   /// Visits the processors' lines.
   template <typename Visit>
@@ -66,6 +79,8 @@ class LinuxKernel final : public Kernel {
   TextFile presentFile_;
   TextFile onlineFile_;
   ProcessCount processes_;
+  ProcessDirectory processDirectory_;
+  ProcessReader processReader_;
 
   CpuList present_;
   CpuList online_;

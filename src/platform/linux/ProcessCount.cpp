@@ -5,11 +5,13 @@
 #include <fcntl.h>
 #include <linux/magic.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <limits>
+#include <string_view>
 #include <utility>
+
+#include "platform/linux/DirectoryEntries.h"
 
 namespace vel {
 
@@ -64,15 +66,16 @@ std::optional<std::int32_t> ProcessCount::read() {
 std::optional<std::uint64_t> ProcessCount::countByLinks() {
   struct stat status = {};
   std::uint64_t others = 2;
-  const bool listed = list([this, &others](const dirent64& entry, std::string_view name) {
-    if (isProcess(name)) {
-      return false;
-    }
-    if (name != "." && name != ".." && isDirectory(directory_.number(), entry)) {
-      ++others;
-    }
-    return true;
-  });
+  const bool listed = forEachEntry(
+      directory_.number(), entries_, [this, &others](const dirent64& entry, std::string_view name) {
+        if (isProcess(name)) {
+          return false;
+        }
+        if (name != "." && name != ".." && isDirectory(directory_.number(), entry)) {
+          ++others;
+        }
+        return true;
+      });
   if (!listed || ::fstat(directory_.number(), &status) != 0 || status.st_nlink <= others) {
     return std::nullopt;
   }
@@ -81,35 +84,14 @@ std::optional<std::uint64_t> ProcessCount::countByLinks() {
 
 std::optional<std::uint64_t> ProcessCount::countByListing() {
   std::uint64_t count = 0;
-  const bool listed = list([this, &count](const dirent64& entry, std::string_view name) {
-    if (isProcess(name) && isDirectory(directory_.number(), entry)) {
-      ++count;
-    }
-    return true;
-  });
-  return listed ? std::optional(count) : std::nullopt;
-}
-
-/// Calls `visit` for each entry until it returns false. readdir(3) would fill a buffer of its own,
-/// and a large one.
-template <typename Visit>
-bool ProcessCount::list(Visit visit) {
-  if (::lseek(directory_.number(), 0, SEEK_SET) != 0) {
-    return false;
-  }
-  for (;;) {
-    const ssize_t got = ::getdents64(directory_.number(), entries_.data(), entries_.size());
-    if (got <= 0) {
-      return got == 0;
-    }
-    for (std::size_t at = 0; at < static_cast<std::size_t>(got);) {
-      const auto* const entry = reinterpret_cast<const dirent64*>(&entries_[at]);
-      if (!visit(*entry, std::string_view(&entry->d_name[0]))) {
+  const bool listed = forEachEntry(
+      directory_.number(), entries_, [this, &count](const dirent64& entry, std::string_view name) {
+        if (isProcess(name) && isDirectory(directory_.number(), entry)) {
+          ++count;
+        }
         return true;
-      }
-      at += entry->d_reclen;
-    }
-  }
+      });
+  return listed ? std::optional(count) : std::nullopt;
 }
 
 }  // namespace vel

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
-#include <string_view>
 
 #include "platform/linux/FileDescriptor.h"
 
@@ -25,8 +24,6 @@ class ProcessCount {
  private:
   std::optional<std::uint64_t> countByLinks();
   std::optional<std::uint64_t> countByListing();
-  template <typename Visit>
-  bool list(Visit visit);
 
   std::filesystem::path proc_;
   FileDescriptor directory_;

@@ -1,0 +1,36 @@
+// The text of /proc/<pid>/stat (man 5 proc; Documentation/filesystems/proc.rst, "Contents of the
+// stat fields").
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace vel {
+
+struct ProcPidStat {
+  std::int32_t pid = 0;
+  /// Any bytes but NUL, parentheses and newlines included; part of the text that was read. Longer
+  /// than 15 bytes only for the kernel's own workers.
+  std::string_view name;
+  char state = '\0';  ///< a letter
+  std::int32_t parent = 0;
+  std::uint32_t flags = 0;
+  std::uint64_t userTicks = 0;    ///< ended threads included
+  std::uint64_t systemTicks = 0;  ///< likewise
+  std::int32_t threads = 0;
+  std::uint64_t startTicks = 0;  ///< since the machine was started, suspended time included
+  std::uint64_t virtualBytes = 0;
+  std::uint64_t residentPages = 0;
+
+  /// It has ended and waits for its parent to notice. Its children have another parent already.
+  [[nodiscard]] bool isZombie() const { return state == 'Z'; }
+
+  /// PF_KTHREAD of the kernel's include/linux/sched.h.
+  [[nodiscard]] bool isKernelThread() const { return (flags & 0x0020'0000U) != 0; }
+};
+
+/// Nothing when a field is missing, malformed, cut short or out of range.
+std::optional<ProcPidStat> parseProcPidStat(std::string_view text);
+
+}  // namespace vel
