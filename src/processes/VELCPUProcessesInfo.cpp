@@ -1,22 +1,205 @@
 #include "processes/VELCPUProcessesInfo.h"
 
+#include <cstddef>
+#include <string_view>
+
+#include "platform/Platform.h"
+#include "processes/TopFive.h"
+
 namespace vel {
+namespace {
+
+using Entry = ProcessTable::Entry;
+
+constexpr std::int32_t kUnknown = -1;
+
+/// The first process, whose children are applications and services rather than somebody's helpers.
+constexpr std::int32_t kFirstProcess = 1;
+
+void addFigures(Entry& entry, std::int32_t pid, Kernel& kernel) {
+  if (const std::optional<TaskFigures> figures = kernel.taskFigures(pid)) {
+    entry.residentSize += static_cast<float>(figures->residentBytes);
+    entry.virtualSize += static_cast<float>(figures->virtualBytes);
+    entry.threads += figures->threads;
+    entry.totalCPUTime += static_cast<float>(static_cast<double>(figures->userNanoseconds) / 1e9 +
+                                             static_cast<double>(figures->systemNanoseconds) / 1e9);
+  }
+}
+
+void account(ProcessTable& table, Kernel& kernel) {
+  for (Entry& entry : table.entries()) {
+    table.forEachChild(entry, [&](std::int32_t child) { addFigures(entry, child, kernel); });
+    addFigures(entry, entry.pid, kernel);
+  }
+}
+
+std::string nameText(const Entry& entry) {
+  return std::string(entry.isTopLevel() ? entry.name() : "-");
+}
+
+float currentShare(const Entry& entry) {
+  return entry.CPUDynamic.value_or(0.0F);
+}
+
+float averageShare(const Entry& entry) {
+  return entry.totalCPUTime / static_cast<float>(entry.runningTime);
+}
+
+/// The heaviest by `share` of the processes that have run for more than `seconds`, which no entry
+/// without a running time has.
+std::vector<ProcessEntry> rankByShare(const ProcessTable& table, float (*share)(const Entry&),
+                                      double seconds, std::string_view unit) {
+  TopFive top;
+  for (const Entry& entry : table.entries()) {
+    if (entry.runningTime > seconds) {
+      top.offer(entry, share(entry));
+    }
+  }
+  const Locale& locale = Platform::current().locale;
+  std::vector<ProcessEntry> rows;
+  rows.reserve(top.entries().size());
+  for (const Entry* const entry : top.entries()) {
+    const float percent = share(*entry) * 100.0F;
+    rows.push_back({.name = nameText(*entry),
+                    .pid = std::to_string(entry->pid),
+                    .avgCpuTime = locale.number(percent, 1).append(unit)});
+  }
+  return rows;
+}
+
+}  // namespace
 
 VELCPUProcessesInfo::~VELCPUProcessesInfo() = default;
 
-void VELCPUProcessesInfo::getAllProcessInfos() {}
+// --- Reading ---
+
+void VELCPUProcessesInfo::getAllProcessInfos() {
+  rememberUsage();
+  ProcessesInformation(allProcInfos_);
+  account(allProcInfos_, Platform::current().kernel);
+  caculateDelta(allProcInfos_);
+}
+
+void VELCPUProcessesInfo::rememberUsage() {
+  previousUsage_.clear(allProcInfos_.entries().size());
+  for (const Entry& entry : allProcInfos_.entries()) {
+    if (entry.isTopLevel()) {
+      previousUsage_.findOrAdd(entry.pid, {.runningTime = static_cast<float>(entry.runningTime),
+                                           .totalCPUTime = entry.totalCPUTime});
+    }
+  }
+}
+
+bool VELCPUProcessesInfo::ProcessesInformation(ProcessTable& table) {
+  const Platform& platform = Platform::current();
+  if (!platform.kernel.listProcesses(records_)) {
+    table.clear();
+    return false;
+  }
+  table.clear(records_.size());
+  const double now = platform.clock.now();
+  for (std::size_t i = records_.size(); i-- > 0;) {
+    const ProcessRecord& record = records_[i];
+    if (record.name().empty()) {
+      continue;
+    }
+    const std::int32_t parent = ParentPIDForProcess(record.pid);
+    if (parent <= kFirstProcess) {
+      table.addTopLevel(record.pid, record.command, now - static_cast<double>(record.startSeconds));
+    } else {
+      table.addChild(parent, record.pid);
+    }
+  }
+  return true;
+}
+
+void VELCPUProcessesInfo::caculateDelta(ProcessTable& newSnapshot) const {
+  for (Entry& entry : newSnapshot.entries()) {
+    if (const Usage* const previous = previousUsage_.find(entry.pid)) {
+      const float elapsed = static_cast<float>(entry.runningTime) - previous->runningTime;
+      const float used = entry.totalCPUTime - previous->totalCPUTime;
+      if (elapsed != 0.0F) {
+        entry.CPUDynamic = used / elapsed;
+      }
+    }
+  }
+}
+
+// --- Lists ---
 
 std::optional<std::vector<ProcessEntry>> VELCPUProcessesInfo::getTop5CPUProccesses() {
-  return std::nullopt;
+  return rankByShare(allProcInfos_, currentShare, 10.0, "%");
 }
 
 std::optional<std::vector<ProcessEntry>>
 VELCPUProcessesInfo::getTop5CPUProccessesAvgSinceProcessStart() {
-  return std::nullopt;
+  return rankByShare(allProcInfos_, averageShare, 30.0, "");
 }
 
 std::optional<std::vector<std::string>> VELCPUProcessesInfo::getCPUProccessesForNotification() {
-  return std::nullopt;
+  std::vector<std::string> pids;
+  if (notificationThreshold_ == 0.0F) {
+    return pids;
+  }
+  // In double precision: single would round a bound such as 0.3 up to a share that is above it.
+  const double bound = static_cast<double>(notificationThreshold_) / 100.0;
+  for (const Entry& entry : allProcInfos_.entries()) {
+    if (static_cast<double>(currentShare(entry)) > bound) {
+      pids.push_back(std::to_string(entry.pid));
+    }
+  }
+  return pids;
+}
+
+std::vector<MemoryEntry> VELCPUProcessesInfo::getTop5MemoryProccesses() const {
+  TopFive top;
+  for (const Entry& entry : allProcInfos_.entries()) {
+    top.offer(entry, entry.residentSize);
+  }
+  std::vector<MemoryEntry> rows;
+  rows.reserve(top.entries().size());
+  for (const Entry* const entry : top.entries()) {
+    rows.push_back({.name = nameText(*entry),
+                    .pid = std::to_string(entry->pid),
+                    .realSize = doubleCapacityDiskToString(entry->residentSize)});
+  }
+  return rows;
+}
+
+std::string VELCPUProcessesInfo::doubleCapacityDiskToString(double bytes) const {
+  const Platform& platform = Platform::current();
+  const double megabytes = bytes / 1'048'576.0;
+  const bool inGigabytes = megabytes >= 1024.0;
+  return platform.locale.number(inGigabytes ? megabytes / 1024.0 : megabytes, inGigabytes ? 1 : 0)
+      .append(" ")
+      .append(platform.mainBundle.localizedString(inGigabytes ? "GB" : "MB"));
+}
+
+// --- One process ---
+
+std::int32_t VELCPUProcessesInfo::ParentPIDForProcess(std::int32_t pid) const {
+  const std::optional<ProcessRecord> record = Platform::current().kernel.process(pid);
+  return record && record->parent > 0 ? record->parent : kUnknown;
+}
+
+std::int32_t VELCPUProcessesInfo::ProcessID() const {
+  const std::int32_t pid = Platform::current().kernel.ownPid();
+  return pid > 0 ? pid : kUnknown;
+}
+
+std::optional<std::string> VELCPUProcessesInfo::ProcessName() const {
+  const std::optional<ProcessRecord> record = Platform::current().kernel.process(ProcessID());
+  return record && !record->name().empty() ? std::optional(std::string(record->name()))
+                                           : std::nullopt;
+}
+
+int VELCPUProcessesInfo::ProcessStatus() const {
+  const std::optional<ProcessRecord> record = Platform::current().kernel.process(ProcessID());
+  return record && record->status > 0 ? record->status : kUnknown;
+}
+
+std::int32_t VELCPUProcessesInfo::ParentPID() const {
+  return ParentPIDForProcess(ProcessID());
 }
 
 }  // namespace vel

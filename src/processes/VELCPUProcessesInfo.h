@@ -1,17 +1,22 @@
-// Process accounting: the rankings of the processes that use the most CPU, and those above the
-// alert threshold.
+// Process accounting: the table of processes, the rankings of those that use the most, and those
+// above the alert threshold.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/host/CPUData.h"
+#include "platform/kernel/Kernel.h"
+#include "processes/MemoryEntry.h"
+#include "processes/PidMap.h"
+#include "processes/ProcessTable.h"
 
 namespace vel {
 
-/// The model asks for a new reading of the process table, then for the lists that it needs. The
-/// table is not read yet: every list is missing, which leaves the record of readings without it.
+/// Reaches the machine through the installed `Platform`. All shares are of one core: several busy
+/// threads make more than 1. Called from one thread at a time.
 class VELCPUProcessesInfo {
  public:
   VELCPUProcessesInfo() = default;
@@ -24,19 +29,65 @@ class VELCPUProcessesInfo {
   void setNotificationThreshold(float percent) { notificationThreshold_ = percent; }
 
   /// Reads the process table anew; the shares of the lists cover the time since the reading before.
+  /// A reading that fails leaves an empty table, and the next one nothing to be compared with.
   virtual void getAllProcessInfos();
 
-  /// At most five processes, by their share since the previous reading, heaviest first.
+  // From the latest reading; of an empty table all lists are empty. None is ever missing.
+
+  /// At most five processes that have run for more than 10 seconds, by their share since the
+  /// previous reading, heaviest first. The share is written like "37.5%".
   virtual std::optional<std::vector<ProcessEntry>> getTop5CPUProccesses();
 
-  /// At most five processes, by their average share since each started, heaviest first.
+  /// At most five processes that have run for more than 30 seconds, by their average share since
+  /// each started, heaviest first. The share is written in percent, but without the sign: "12.0".
   virtual std::optional<std::vector<ProcessEntry>> getTop5CPUProccessesAvgSinceProcessStart();
 
-  /// The pids, in decimal, of the processes above `notificationThreshold`; empty when that is 0.
+  /// The pids, in decimal and no particular order, of the processes above `notificationThreshold`;
+  /// empty when that is 0.
   virtual std::optional<std::vector<std::string>> getCPUProccessesForNotification();
 
+  /// At most five processes by their resident memory, heaviest first. Among them may be one that is
+  /// in the table for its children's sake, whose name is "-".
+  [[nodiscard]] std::vector<MemoryEntry> getTop5MemoryProccesses() const;
+
+  /// Such as "512 MB" or, from 1024 MB on, "1.5 GB", in powers of 1024. The units' wording comes
+  /// from the host's "Localizable" table.
+  [[nodiscard]] std::string doubleCapacityDiskToString(double bytes) const;
+
+  // What `getAllProcessInfos` is made of.
+
+  /// Overwrites `table` with the processes of now, without their figures. False, with the table
+  /// empty, when they cannot be listed.
+  bool ProcessesInformation(ProcessTable& table);
+
+  /// Adds the shares to the entries that the reading before had too. Nothing is clamped: a share is
+  /// negative when a child has ended with the CPU time that counted towards its parent's entry, and
+  /// any number when the pid has gone to another process.
+  void caculateDelta(ProcessTable& newSnapshot) const;
+
+  [[nodiscard]] const ProcessTable& allProcInfos() const { return allProcInfos_; }
+
+  // What is not known is -1, or nothing.
+
+  [[nodiscard]] std::int32_t ParentPIDForProcess(std::int32_t pid) const;
+  [[nodiscard]] std::int32_t ProcessID() const;
+  [[nodiscard]] std::optional<std::string> ProcessName() const;
+  [[nodiscard]] int ProcessStatus() const;  ///< the kernel's code
+  [[nodiscard]] std::int32_t ParentPID() const;
+
  private:
+  /// Of a top-level process, what the next reading is compared with.
+  struct Usage {
+    float runningTime = 0.0F;
+    float totalCPUTime = 0.0F;
+  };
+
+  void rememberUsage();
+
   float notificationThreshold_ = 0.0F;
+  ProcessTable allProcInfos_;
+  PidMap<Usage> previousUsage_;
+  std::vector<ProcessRecord> records_;  ///< kept for its storage only
 };
 
 }  // namespace vel

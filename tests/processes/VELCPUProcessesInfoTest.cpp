@@ -1,0 +1,387 @@
+// Who is folded into whom, what is summed, shares, rankings, the alert list, texts and storage.
+#include "processes/VELCPUProcessesInfo.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+#include <new>
+#include <stdexcept>
+#include <string_view>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "processes/TopFive.h"
+#include "support/ScriptedPlatform.h"
+#include "support/TemporaryDirectory.h"
+
+namespace {
+
+std::atomic<int> allocations = 0;
+
+}  // namespace
+
+// Every other form of new that the accounting uses ends in this one.
+void* operator new(std::size_t size) {
+  ++allocations;
+  if (void* memory = std::malloc(size == 0 ? 1 : size)) {
+    return memory;
+  }
+  throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+  std::free(memory);
+}
+
+namespace vel::test {
+namespace {
+
+class ProcessesTest : public testing::Test {
+ protected:
+  using Process = ScriptedKernel::Process;
+
+  /// Starts a process `age` whole seconds ago that has used `cpuSeconds` in one thread.
+  Process& start(std::int32_t pid, std::int32_t parent, std::string_view name,
+                 double cpuSeconds = 0, double age = 100) {
+    Process& process = machine.kernel.processes[pid];
+    process = {};
+    process.record = {.pid = pid,
+                      .parent = parent,
+                      .startSeconds = static_cast<std::int64_t>(machine.clock.seconds - age),
+                      .status = 1};
+    process.figures = TaskFigures{.threads = 1};
+    std::copy(name.begin(), name.end(), process.record.command.begin());
+    use(pid, cpuSeconds);
+    return process;
+  }
+  void use(std::int32_t pid, double cpuSeconds) {
+    machine.kernel.processes.at(pid).figures->userNanoseconds +=
+        static_cast<std::uint64_t>(std::llround(cpuSeconds * 1e9));
+  }
+  void readAfter(double seconds) {
+    machine.clock.sleep(seconds);
+    info.getAllProcessInfos();
+  }
+  const ProcessTable::Entry& entry(std::int32_t pid) {
+    const ProcessTable::Entry* const found = info.allProcInfos().find(pid);
+    return found == nullptr ? throw std::out_of_range("no entry") : *found;
+  }
+
+  ScriptedPlatform machine;
+  VELCPUProcessesInfo info;
+};
+
+/// Such as "10 terminal <11; 11 - <12".
+std::string describe(const ProcessTable& table) {
+  std::string text;
+  for (std::int32_t pid = 1; pid < 50; ++pid) {
+    if (const ProcessTable::Entry* const entry = table.find(pid)) {
+      text += (text.empty() ? "" : "; ") + std::to_string(pid) + " ";
+      text += entry->isTopLevel() ? entry->name() : "-";
+      table.forEachChild(*entry, [&](std::int32_t child) { text += " <" + std::to_string(child); });
+    }
+  }
+  return text;
+}
+
+TEST_F(ProcessesTest, FoldsChildrenIntoTheirParents) {
+  struct Listed {
+    std::int32_t pid;
+    std::int32_t parent;
+    std::string_view name;
+    std::optional<std::int32_t> parentNow = {};
+    bool gone = false;
+  };
+  const std::pair<std::vector<Listed>, const char*> cases[] = {
+      {{}, ""},
+      {{{1, 0, "init"}, {2, 0, "k"}, {3, 1, "a"}}, "1 init; 2 k; 3 a"},
+      // A shell in a terminal.
+      {{{1, 0, "init"}, {10, 1, "term"}, {11, 10, "login"}, {12, 11, "sh"}, {13, 12, "vi"}},
+       "1 init; 10 term <11; 11 - <12; 12 - <13"},
+      {{{10, 20, "a"}, {20, 1, "b"}}, "20 b <10"},
+      {{{2, 1, "a"}, {3, 2, "b"}, {4, 2, "c"}}, "2 a <4 <3"},
+      {{{2, 1, "a"}, {3, 1, ""}, {4, 1, "c"}, {5, 3, "d"}}, "2 a; 3 - <5; 4 c"},
+      {{{2, 1, "a"}, {3, 2, "ended", {}, true}}, "2 a; 3 ended"},
+      {{{2, 1, "a"}, {3, 2, "b", 1}, {4, 1, "c", 2}}, "2 a <4; 3 b"},
+      {{{3, 3, "its own parent"}, {4, -5, "c"}}, "3 - <3; 4 c"},
+      {{{3, 1, "%s\x1b[1m\xff<b>&%n123"}}, "3 %s\x1b[1m\xff<b>&%n123"},
+  };
+  for (const auto& [listed, text] : cases) {
+    machine.kernel.processes.clear();
+    for (const auto& [pid, parent, name, parentNow, gone] : listed) {
+      Process& process = start(pid, parent, name);
+      process.parentNow = parentNow;
+      process.gone = gone;
+    }
+    ProcessTable table;
+    EXPECT_TRUE(info.ProcessesInformation(table));
+    EXPECT_EQ(describe(table), text);
+  }
+}
+
+TEST_F(ProcessesTest, AddsUpAProcessAndItsChildren) {
+  start(2, 1, "parent", 2.5).figures->threads = 10;
+  start(3, 2, "child", 1.5).figures->threads = 3;
+  start(4, 2, "child").figures = TaskFigures{.virtualBytes = 16'777'217, .threads = 5};
+  start(5, 4, "grandchild", 64).figures->residentBytes = 7;
+  start(6, 2, "unreadable").figures.reset();
+  // Both times together round to another float than one by one.
+  start(7, 1, "old", 16'777'216.75).figures->systemNanoseconds = 750'000'000;
+  start(8, 1, "ended", 5, 3).gone = true;
+  readAfter(0.25);
+  EXPECT_EQ(entry(2).threads, 18);
+  EXPECT_EQ(entry(2).totalCPUTime, 4.0F);
+  EXPECT_EQ(entry(2).virtualSize, 16'777'216.0F);
+  EXPECT_EQ(entry(2).residentSize, 0.0F);
+  EXPECT_EQ(entry(2).runningTime, 100.25);
+  EXPECT_EQ(entry(4).threads, 6);  // without a name, and counted once more with the parent
+  EXPECT_EQ(entry(4).residentSize, 7.0F);
+  EXPECT_EQ(entry(7).totalCPUTime, 16'777'218.0F);
+  EXPECT_EQ(entry(8).totalCPUTime, 0.0F);
+}
+
+TEST_F(ProcessesTest, SharesSinceTheReadingBefore) {
+  struct Case {
+    const char* what;
+    double age;      ///< of the process at the first reading
+    double before;   ///< CPU seconds at the first reading
+    double used;     ///< CPU seconds between the two
+    double elapsed;  ///< seconds between the two
+    std::optional<float> share;
+  };
+  constexpr double kPrecise = 8'388'608.0;  // from here on a float holds whole numbers only
+  const Case cases[] = {
+      {"one and a half cores", 100, 7, 3, 2, 1.5F},
+      {"no time between", 100, 7, 3, 0, std::nullopt},
+      {"the clock set back", 100, 7, 3, -2, -1.5F},
+      {"lost in the running time", kPrecise, 7, 3, 0.4, std::nullopt},
+      {"rounded with the running time", kPrecise, 7, 3, 1.6, 1.5F},
+      {"lost in the CPU time", 2 * kPrecise, 2 * kPrecise, 0.5, 4, 0.0F},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    start(2, 1, "a", c.before, c.age);
+    info.getAllProcessInfos();
+    use(2, c.used);
+    readAfter(c.elapsed);
+    EXPECT_EQ(entry(2).CPUDynamic, c.share);
+  }
+}
+
+TEST_F(ProcessesTest, ComparesOnlyWhatBothReadingsHave) {
+  start(2, 1, "parent", 1);
+  start(3, 2, "child", 4);
+  start(4, 3, "grandchild");
+  start(5, 1, "replaced", 9);
+  readAfter(0);
+  EXPECT_EQ(entry(2).CPUDynamic, std::nullopt);
+
+  machine.kernel.processes.at(3).gone = true;  // and now of an unknown parent
+  start(5, 1, "reused", 1, 19);
+  start(6, 1, "new");
+  readAfter(1);
+  EXPECT_EQ(entry(2).CPUDynamic, -4.0F);
+  EXPECT_EQ(entry(5).CPUDynamic, 0.1F);  // 8 seconds less in 80 seconds less
+  EXPECT_EQ(entry(3).CPUDynamic, std::nullopt);
+  EXPECT_EQ(entry(6).CPUDynamic, std::nullopt);
+
+  machine.kernel.processes.at(3).gone = false;  // a child again, so without a running time
+  machine.kernel.processes.at(5).parentNow = 6;
+  readAfter(1);
+  EXPECT_EQ(entry(3).CPUDynamic, -4.0F / 101.0F);
+  EXPECT_EQ(entry(6).CPUDynamic, 1.0F);
+  EXPECT_EQ(info.allProcInfos().find(5), nullptr);
+
+  machine.kernel.processesListable = false;
+  readAfter(1);
+  EXPECT_TRUE(info.allProcInfos().entries().empty());
+  EXPECT_EQ(info.allProcInfos().find(6), nullptr);
+  machine.kernel.processesListable = true;
+  for (const std::optional<float> share : {std::optional<float>(), std::optional(0.0F)}) {
+    readAfter(1);
+    EXPECT_EQ(entry(6).CPUDynamic, share);
+  }
+}
+
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+
+TEST(TopFive, KeepsTheHeaviestInOrder) {
+  const auto ranked = [](const std::vector<float>& weights) {
+    std::vector<ProcessTable::Entry> entries(weights.size());
+    TopFive top;
+    for (std::size_t i = 0; i < weights.size(); ++i) {
+      entries[i].pid = static_cast<std::int32_t>(i);
+      top.offer(entries[i], weights[i]);
+    }
+    std::string places;
+    for (const ProcessTable::Entry* const entry : top.entries()) {
+      places += std::to_string(entry->pid);
+    }
+    return places;
+  };
+  EXPECT_EQ(ranked({1, 2, 3, 4, 5, 6, 7}), "65432");
+  EXPECT_EQ(ranked({7, 6, 5, 4, 3, 2, 1}), "01234");
+  EXPECT_EQ(ranked({0, 0, 0, 0, 0, 0, 1}), "60123");
+  EXPECT_EQ(ranked({0, 0, 0, 0, 0, 0}), "01234");
+  EXPECT_EQ(ranked({kNaN, 1, kInfinity, 3, kNaN, -1, 2}), "23615");
+  EXPECT_EQ(ranked({kNaN, 2, kNaN, 3}), "3102");
+}
+
+using Rows = std::vector<std::string>;
+
+Rows texts(const std::optional<std::vector<ProcessEntry>>& rows) {
+  Rows result;
+  for (const ProcessEntry& row : rows.value()) {
+    result.push_back(row.name + " " + row.pid + " " + row.avgCpuTime);
+  }
+  return result;
+}
+
+TEST_F(ProcessesTest, RanksByTheCurrentShare) {
+  machine.locale = Locale(",");
+  EXPECT_EQ(texts(info.getTop5CPUProccesses()), Rows{});
+  start(10, 1, "too young", 0, 8);
+  start(11, 1, "old enough", 0, 9);
+  start(12, 1, "parent");
+  start(13, 12, "carrier");
+  start(14, 13, "helper");
+  start(15, 1, "many cores");
+  start(16, 1, "idle");
+  readAfter(0);
+  use(10, 9);
+  use(11, 0.75);
+  use(13, 0.5);
+  use(14, 9);
+  use(15, 5);
+  readAfter(2);
+  EXPECT_EQ(texts(info.getTop5CPUProccesses()), (Rows{"many cores 15 250,0%", "old enough 11 37,5%",
+                                                      "parent 12 25,0%", "idle 16 0,0%"}));
+}
+
+TEST_F(ProcessesTest, RanksByTheAverageShare) {
+  start(10, 1, "half", 300, 600);
+  start(11, 1, "tenth", 60, 600);
+  start(12, 1, "at the bound", 30, 30);
+  start(13, 1, "past the bound", 31, 31);
+  start(14, 12, "carrier", 99, 600);
+  start(15, 14, "helper", 99, 600);
+  readAfter(0);
+  EXPECT_EQ(texts(info.getTop5CPUProccessesAvgSinceProcessStart()),
+            (Rows{"past the bound 13 100.0", "half 10 50.0", "tenth 11 10.0"}));
+}
+
+TEST_F(ProcessesTest, RanksByResidentMemory) {
+  start(2, 1, "small");
+  start(3, 1, "large").figures->residentBytes = 1'610'612'736;
+  start(4, 3, "carrier").figures->residentBytes = 536'870'912;
+  start(5, 4, "helper");
+  readAfter(0);
+  Rows rows;
+  for (const MemoryEntry& row : info.getTop5MemoryProccesses()) {
+    rows.push_back(row.name + " " + row.pid + " " + row.realSize);
+  }
+  EXPECT_EQ(rows, (Rows{"large 3 2.0 GB", "- 4 512 MB", "small 2 0 MB"}));
+}
+
+TEST_F(ProcessesTest, ListsWhoIsAboveTheThreshold) {
+  struct Case {
+    float threshold;
+    double used;  ///< CPU seconds in one second
+    bool listed;
+  };
+  const Case cases[] = {
+      {50, 0.51, true},      {50, 0.5, false}, {30, 0.3, true},  // the nearest float is above 0.3
+      {0, 9, false},         {-5, 0, true},    {999, 9.5, false},
+      {kInfinity, 9, false}, {70, 0.7, false},  // and the nearest to 0.7 is below
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.threshold);
+    VELCPUProcessesInfo fresh;
+    fresh.setNotificationThreshold(c.threshold);
+    start(7, 1, "young", 0, 0);
+    fresh.getAllProcessInfos();
+    use(7, c.used);
+    machine.clock.sleep(1);
+    fresh.getAllProcessInfos();
+    EXPECT_EQ(fresh.getCPUProccessesForNotification(), c.listed ? Rows{"7"} : Rows{});
+  }
+}
+
+TEST_F(ProcessesTest, WritesSizes) {
+  constexpr double kGB = 1'073'741'824;
+  const std::pair<double, const char*> cases[] = {
+      {0, "0 MB"},          {1'048'576, "1 MB"}, {536'870'912, "512 MB"}, {1.5 * kGB, "1,5 GB"},
+      {kGB - 1, "1024 MB"}, {kGB, "1,0 GB"},     {kInfinity, "inf GB"},   {kNaN, "nan MB"},
+  };
+  machine.locale = Locale(",");
+  for (const auto& [bytes, text] : cases) {
+    EXPECT_EQ(info.doubleCapacityDiskToString(bytes), text);
+  }
+  TemporaryDirectory host;
+  std::filesystem::create_directory(host.path + "/fr.lproj");
+  std::ofstream(host.path + "/Info.strings") << R"("identifier" = "host";)";
+  std::ofstream(host.path + "/fr.lproj/Localizable.strings") << R"("MB" = "Mo"; "GB" = "%n";)";
+  machine.mainBundle = openBundle(host.path.c_str(), {"fr"});
+  EXPECT_EQ(info.doubleCapacityDiskToString(1'048'576), "1 Mo");
+  EXPECT_EQ(info.doubleCapacityDiskToString(kGB), "1,0 %n");
+}
+
+TEST_F(ProcessesTest, AnswersAboutOneProcess) {
+  start(1, 0, "init");
+  start(40, 39, "parent").record.status = -3;
+  start(41, 40, "myself").record.status = 7;
+  start(42, 41, "");
+  using Answers = std::tuple<std::int32_t, std::optional<std::string>, int, std::int32_t>;
+  const std::pair<std::int32_t, Answers> cases[] = {
+      {41, {41, "myself", 7, 40}},      {40, {40, "parent", -1, 39}},
+      {42, {42, std::nullopt, 1, 41}},  {1, {1, "init", 1, -1}},
+      {99, {99, std::nullopt, -1, -1}}, {0, {-1, std::nullopt, -1, -1}},
+  };
+  for (const auto& [own, answers] : cases) {
+    machine.kernel.own = own;
+    EXPECT_EQ(Answers(info.ProcessID(), info.ProcessName(), info.ProcessStatus(), info.ParentPID()),
+              answers);
+  }
+}
+
+TEST_F(ProcessesTest, KeepsItsStorageWhileProcessesComeAndGo) {
+  constexpr std::int32_t kProcesses = 300;
+  constexpr std::int32_t kStride = 4096;  // pids that a poor hash would put into one place
+  constexpr std::int32_t kEnding = 7;     // processes that end before each reading
+  std::int32_t oldest = 1;
+  std::int32_t next = 1;
+  for (int reading = 0; reading < 200; ++reading) {
+    for (; next < oldest + kProcesses; ++next) {
+      start(next * kStride, next % 3 == 0 ? (next - 1) * kStride : 1, "process");
+    }
+    machine.clock.sleep(1);
+    allocations = 0;
+    info.getAllProcessInfos();
+    EXPECT_TRUE(reading == 0 ? allocations > 0 : allocations == 0 || reading < 10) << reading;
+    allocations = 0;
+    ASSERT_EQ(info.getTop5CPUProccesses()->size(), 5U);
+    EXPECT_LE(allocations, 1);  // short texts need no storage of their own
+    for (std::int32_t i = oldest; i < next; ++i) {
+      const bool isChild = i % 3 == 0;
+      const bool isNew = reading == 0 || i >= next - kEnding;
+      const ProcessTable::Entry* const found = info.allProcInfos().find(i * kStride);
+      ASSERT_TRUE(isChild ? found == nullptr : found && found->CPUDynamic.has_value() != isNew);
+    }
+    for (const std::int32_t end = oldest + kEnding; oldest < end; ++oldest) {
+      machine.kernel.processes.erase(oldest * kStride);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vel::test
