@@ -17,6 +17,7 @@
 #include "module/VELModuleController.h"
 #include "platform/headless/HeadlessControls.h"
 #include "platform/host/Broadcasts.h"
+#include "platform/host/VELGraphMultiple.h"
 #include "support/ScriptedPlatform.h"
 #include "support/TemporaryDirectory.h"
 #include "views/panels/VELNCViewsController.h"
@@ -101,6 +102,8 @@ TEST_F(Preferences, AreLoadedAndBroadcastInOrderAndNeverWritten) {
                           "MenuBarGaugeType 0", "Top5Type 1", "CoresDisplayed 0"}));
   EXPECT_EQ(machine.nibProblems, Log{});
   EXPECT_EQ(module->statusbarView(), &object<View>("statusbarview"));
+  EXPECT_EQ(module->statusbarCombinedView(), &object<View>("statusbarcompactview"));
+  EXPECT_EQ(module->statusbarStandAloneView(), &object<View>("statusbarExpandedview"));
   EXPECT_EQ(module->preferencesModuleView(), &object<View>("preferencesview"));
   EXPECT_TRUE(object<View>("gpugfxTxtField").isHidden());
   EXPECT_TRUE(object<View>("gpugfxBtn").isHidden());
@@ -174,15 +177,24 @@ TEST_F(Preferences, AreBroadcastBeforeTheyAreSaved) {
 TEST_F(Preferences, ChooseTheGraphsThatARefreshFeeds) {
   startWithStore();
   machine.kernel.processors.assign(8, {.user = 2, .system = 1, .idle = 5});
+  for (const char* panel : {"statusbarcompactview", "statusbarExpandedview"}) {
+    object<HeadlessView<View>>(panel).setWindowVisible(true);
+  }
   module->updateModel();
   module->updateViews();
   const auto& histories = object<VELGraphArraysMultiple>("grapharrayobjMultiple");
   EXPECT_EQ(histories.seriesCount(), 1U);
   EXPECT_EQ(histories.value(0, 0), 37.5F);
   EXPECT_EQ(object<VELMenuBarText>("percentageLabel").stringValue(), "38%");
+  for (const char* label : {"compactUserCPULabel", "expandedUserCPULabel"}) {
+    EXPECT_EQ(object<TextField>(label).stringValue(), "25.0%");
+  }
   for (const auto& [tag, graphs] : {std::pair{1, 4U}, {2, 8U}}) {
     object<HeadlessPopUpButton>("popupCPUCoresDisplayed").choose(tag);
     module->updateViews();
+    drain();
+    EXPECT_EQ(object<VELGraphMultiple>("compactCPUGraph").numberOfGraphs(), graphs);
+    EXPECT_EQ(object<VELGraphMultiple>("expandedCPUGraph").numberOfGraphs(), graphs);
     EXPECT_EQ(histories.seriesCount(), graphs);
     EXPECT_EQ(histories.value(graphs - 1, 0), 37.5F);
   }
@@ -240,6 +252,10 @@ TEST_F(Preferences, AreMissingAsAWholeWithAnOutlet) {
   const std::tuple<std::string, const char*, const char*> cases[] = {
       {R"("showGauge")", R"("other")", R"(outlet "showGauge" is missing, expected a QCheckBox)"},
       {R"("gaugeView")", R"("other")", R"(outlet "gaugeView" is missing, expected a VELGauge)"},
+      {R"("compactIdleCPULabel")", R"("other")", R"("compactIdleCPULabel" is missing)"},
+      {R"("Process3Label")", R"("other")",
+       R"("Process3Label" is missing, expected a VELTextFieldKillApp)"},
+      {R"(<string notr="true">grapharrayobjM)", "<string>m", "Multiple"},
       {"<ui", "<iu", "VELViewsController.ui:"},
   };
   const std::filesystem::path source = VEL_MODULE_RESOURCES;
@@ -261,6 +277,8 @@ TEST_F(Preferences, AreMissingAsAWholeWithAnOutlet) {
     module->updateModel();
     module->updateViews();
     EXPECT_EQ(module->statusbarView(), nullptr);
+    EXPECT_EQ(module->statusbarCombinedView(), nullptr);
+    EXPECT_EQ(module->statusbarStandAloneView(), nullptr);
     EXPECT_EQ(module->preferencesModuleView(), nullptr);
     EXPECT_EQ(taken(), Log{});
     module.reset();

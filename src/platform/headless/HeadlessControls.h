@@ -110,7 +110,10 @@ class HeadlessPopUpButton : public HeadlessChoice<PopUpButton, ControlClass::pop
 template <typename Interface>
 class HeadlessText : public HeadlessView<Interface> {
  public:
-  void setStringValue(std::string_view text) override { text_ = text; }
+  void setStringValue(std::string_view text) override {
+    text_ = text;
+    this->setNeedsDisplay();
+  }
   [[nodiscard]] std::string stringValue() const override { return text_; }
 
  private:

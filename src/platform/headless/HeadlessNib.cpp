@@ -70,9 +70,11 @@ class HeadlessNibReader : private pugi::xml_tree_walker {
   std::unique_ptr<NibObject> make(std::string_view nibClass, const pugi::xml_node& widget);
   std::unique_ptr<NibObject> makeButton(const pugi::xml_node& widget);
   std::unique_ptr<NibObject> makePopUpButton(const pugi::xml_node& widget);
+  template <typename Field>
   std::unique_ptr<NibObject> makeTextField(const pugi::xml_node& widget);
   void readView(const pugi::xml_node& widget, View& view);
   void readCell(const pugi::xml_node& radioButton, HeadlessMatrix& matrix);
+  void connectGraph(const pugi::xml_node& widget, VELGraphMultiple& graph);
   Rect rect(const pugi::xml_node& node);
 
   // Of properties; the default without one.
@@ -94,6 +96,8 @@ class HeadlessNibReader : private pugi::xml_tree_walker {
   const HeadlessNib::Localize& localize_;
   Surroundings<HeadlessMatrix> matrices_;
   Surroundings<HeadlessTree> views_;
+  /// Their histories may come later in the file.
+  std::vector<std::pair<pugi::xml_node, VELGraphMultiple*>> graphs_;
   std::string problem_;
 };
 
@@ -112,6 +116,9 @@ std::string HeadlessNibReader::read() {
     fail(document.child("ui"), "<ui> without a <widget>");
   } else {
     root.traverse(*this);
+    for (const auto& [widget, graph] : graphs_) {
+      connectGraph(widget, *graph);
+    }
   }
   return problem_;
 }
@@ -145,7 +152,11 @@ void HeadlessNibReader::readWidget(const pugi::xml_node& widget) {
       views_.back().object->addSubview(*view);
     }
   }
+  if (auto* graph = dynamic_cast<VELGraphMultiple*>(object.get())) {
+    graphs_.emplace_back(widget, graph);
+  }
   if (auto* tree = dynamic_cast<HeadlessTree*>(object.get())) {
+    tree->setName(name);
     views_.push_back({depth(), tree});
   }
   if (nibClass == "QRadioButton" && !matrices_.empty()) {
@@ -166,7 +177,10 @@ std::unique_ptr<NibObject> HeadlessNibReader::make(std::string_view nibClass,
     return makePopUpButton(widget);
   }
   if (nibClass == TextField::kNibClass) {
-    return makeTextField(widget);
+    return makeTextField<HeadlessTextField>(widget);
+  }
+  if (nibClass == VELTextFieldKillApp::kNibClass) {
+    return makeTextField<HeadlessTextFieldKillApp>(widget);
   }
   if (nibClass == Matrix::kNibClass) {
     return std::make_unique<HeadlessMatrix>();
@@ -182,6 +196,9 @@ std::unique_ptr<NibObject> HeadlessNibReader::make(std::string_view nibClass,
   }
   if (nibClass == VELGaugeViewMultiple::kNibClass) {
     return std::make_unique<HeadlessGaugeViewMultiple>();
+  }
+  if (nibClass == VELGraphMultiple::kNibClass) {
+    return std::make_unique<HeadlessGraphMultiple>();
   }
   if (nibClass == VELMenuBarText::kNibClass) {
     return std::make_unique<HeadlessMenuBarText>();
@@ -226,8 +243,9 @@ std::unique_ptr<NibObject> HeadlessNibReader::makePopUpButton(const pugi::xml_no
   return popUp;
 }
 
+template <typename Field>
 std::unique_ptr<NibObject> HeadlessNibReader::makeTextField(const pugi::xml_node& widget) {
-  auto field = std::make_unique<HeadlessTextField>();
+  auto field = std::make_unique<Field>();
   field->setStringValue(text(widget));
   return field;
 }
@@ -252,6 +270,23 @@ void HeadlessNibReader::readCell(const pugi::xml_node& radioButton, HeadlessMatr
   if (boolean(radioButton, "checked", false)) {
     matrix.items().selectIndex(matrix.items().all().size() - 1);
   }
+}
+
+void HeadlessNibReader::connectGraph(const pugi::xml_node& widget, VELGraphMultiple& graph) {
+  const std::string owner =
+      std::string(VELGraphMultiple::kNibClass) + ' ' + inQuotes(widget.attribute("name").value());
+  const pugi::xml_node history = valueOf(widget, "history");
+  if (history.empty()) {
+    fail(widget, owner + " has no property \"history\"");
+    return;
+  }
+  const std::string name = textOf(history);
+  const auto* object = dynamic_cast<const VELGraphArraysMultiple*>(nib_.find(name));
+  if (object == nullptr) {
+    fail(history, nib_.mismatch("history " + inQuotes(name) + " of " + owner, name,
+                                VELGraphArraysMultiple::kNibClass));
+  }
+  graph.setHistory(object);
 }
 
 Rect HeadlessNibReader::rect(const pugi::xml_node& node) {
@@ -331,10 +366,14 @@ NibObject* HeadlessNib::find(std::string_view name) {
 }
 
 void HeadlessNib::reject(std::string_view name, const char* expectedClass) {
+  problem_(path_ + ": " + mismatch("outlet " + inQuotes(name), name, expectedClass));
+}
+
+std::string HeadlessNib::mismatch(const std::string& what, std::string_view name,
+                                  const char* expectedClass) const {
   const auto entry = objects_.find(name);
-  problem_(path_ + ": outlet " + inQuotes(name) + " is " +
-           (entry == objects_.end() ? "missing" : "a " + entry->second.nibClass) + ", expected a " +
-           expectedClass);
+  return what + " is " + (entry == objects_.end() ? "missing" : "a " + entry->second.nibClass) +
+         ", expected a " + expectedClass;
 }
 
 HeadlessNibLoader::HeadlessNibLoader(HeadlessNib::Problem problem) : problem_(std::move(problem)) {}

@@ -12,7 +12,8 @@
 namespace vel {
 
 /// Its objects are those of HeadlessControls.h and HeadlessWidgets.h, the VELGraphArrays of the
-/// widget kit, and a HeadlessView<View> for a widget of any other class. Layouts place nothing.
+/// widget kit, and a HeadlessView<View> for a widget of any other class. Layouts place nothing. A
+/// graph has the history that its property "history" names.
 class HeadlessNib : public Nib {
  public:
   /// Takes one line about what is wrong, "<path>: <what>" or "<path>:<line>: <what>".
@@ -37,6 +38,10 @@ class HeadlessNib : public Nib {
   };
 
   HeadlessNib(std::string path, Problem problem);
+
+  /// What to say of `what` when the object of that name is not the expected one.
+  [[nodiscard]] std::string mismatch(const std::string& what, std::string_view name,
+                                     const char* expectedClass) const;
 
   std::string path_;
   Problem problem_;

@@ -1,6 +1,8 @@
 // The views inside a view. To be asked of any headless view by a dynamic cast.
 #pragma once
 
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/windowing/View.h"
@@ -12,6 +14,10 @@ class HeadlessTree {
   HeadlessTree(const HeadlessTree&) = delete;
   HeadlessTree& operator=(const HeadlessTree&) = delete;
 
+  /// The nib's; empty for a view without one.
+  [[nodiscard]] const std::string& name() const { return name_; }
+  void setName(std::string name) { name_ = std::move(name); }
+
   /// In the nib's order.
   [[nodiscard]] const std::vector<View*>& subviews() const { return subviews_; }
   /// `view` outlives this one.
@@ -22,6 +28,7 @@ class HeadlessTree {
   ~HeadlessTree() = default;
 
  private:
+  std::string name_;
   std::vector<View*> subviews_;
 };
 

@@ -1,16 +1,20 @@
 // The widget kit as plain state.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <string>
 #include <string_view>
 
+#include "platform/headless/HeadlessControls.h"
 #include "platform/headless/HeadlessView.h"
 #include "platform/host/VELColor.h"
 #include "platform/host/VELGaugeViewMultiple.h"
+#include "platform/host/VELGraphMultiple.h"
 #include "platform/host/VELMenuBarText.h"
 #include "platform/host/VELModuleNameStatusBarView.h"
+#include "platform/host/VELTextFieldKillApp.h"
 
 namespace vel {
 
@@ -61,6 +65,17 @@ class HeadlessGaugeViewMultiple : public HeadlessFittedView<VELGaugeViewMultiple
   void fit() { fitWidth(static_cast<double>(gauges().size()) * gaugeWidth_); }
 
   double gaugeWidth_ = 16.0;
+};
+
+using HeadlessGraphMultiple = HeadlessView<VELGraphMultiple>;
+
+class HeadlessTextFieldKillApp : public HeadlessText<VELTextFieldKillApp> {
+ public:
+  void setPID(std::int64_t pid) override { pid_ = pid; }
+  [[nodiscard]] std::int64_t pid() const override { return pid_; }
+
+ private:
+  std::int64_t pid_ = 0;
 };
 
 /// In points, of a text in UTF-8.

@@ -15,7 +15,7 @@
 #include "platform/host/VELModuleNameStatusBarView.h"
 #include "platform/windowing/Nib.h"
 #include "platform/windowing/View.h"
-#include "views/menubar/DisplayedCores.h"
+#include "views/cores/DisplayedCores.h"
 #include "views/menubar/VELMenuBarGFXGPU.h"
 
 namespace vel {

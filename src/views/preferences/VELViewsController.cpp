@@ -57,13 +57,20 @@ void VELViewsController::loadView() {
   }
   const auto outlets = connect(*nib_);
   const auto item = VELStatusbarview::fromNib(*nib_, bundle_);
-  if (!outlets || !item) {
+  const auto compact = VELStatusbarCompactview::fromNib(*nib_, bundle_);
+  const auto expanded = VELStatusbarExpandedview::fromNib(*nib_, bundle_);
+  if (!outlets || !item || !compact || !expanded) {
     return;
   }
   outlets_.emplace(*outlets);
   statusbarview_ = item;
+  statusbarcompactview_ = compact;
+  statusbarExpandedview_ = expanded;
   connectActions();
+  // The views first: they have to hear the broadcasts of the settings.
   statusbarview_->awakeFromNib();
+  statusbarcompactview_->awakeFromNib();
+  statusbarExpandedview_->awakeFromNib();
   awakeFromNib();
 }
 
@@ -108,6 +115,8 @@ void VELViewsController::awakeFromNib() {
       this, broadcast::coresDisplayed,
       [this](const Notification& notification) { cores_.setType(notification.integerValue()); });
   statusbarview_->cpuData().bind(CPUData_);
+  statusbarcompactview_->cpuData().bind(CPUData_);
+  statusbarExpandedview_->cpuData().bind(CPUData_);
   // There is nothing yet that could tell which graphics processor is in use.
   outlets_->gpugfxTxtField.setHidden(true);
   outlets_->gpugfxBtn.setHidden(true);
@@ -118,6 +127,14 @@ View* VELViewsController::statusbarview() const {
   return statusbarview_ ? &statusbarview_->view() : nullptr;
 }
 
+View* VELViewsController::statusbarcompactview() const {
+  return statusbarcompactview_ ? &statusbarcompactview_->view() : nullptr;
+}
+
+View* VELViewsController::statusbarExpandedview() const {
+  return statusbarExpandedview_ ? &statusbarExpandedview_->view() : nullptr;
+}
+
 View* VELViewsController::preferencesview() const {
   return outlets_ ? &outlets_->preferencesview : nullptr;
 }
@@ -126,6 +143,8 @@ void VELViewsController::updateBasicCpuCoresInformation(const CpuCoresInformatio
   if (outlets_) {
     statusbarview_->setCpuCoresInformation(information);
     cores_.setInformation(information);
+    statusbarExpandedview_->setCpuCoresInformation(information);
+    statusbarcompactview_->setCpuCoresInformation(information);
   }
 }
 
@@ -135,6 +154,8 @@ void VELViewsController::updateViews() {
       outlets_->grapharrayobjMultiple.addNewValueForGraphAtIndex(load * 100.0F, index);
     });
     statusbarview_->updateView();
+    statusbarcompactview_->updateView();
+    statusbarExpandedview_->updateView();
   }
 }
 

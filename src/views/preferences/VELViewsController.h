@@ -14,8 +14,10 @@
 #include "platform/host/VELGraphArrays.h"
 #include "platform/windowing/Controls.h"
 #include "platform/windowing/Nib.h"
-#include "views/menubar/DisplayedCores.h"
+#include "views/cores/DisplayedCores.h"
 #include "views/menubar/VELStatusbarview.h"
+#include "views/panels/VELStatusbarCompactview.h"
+#include "views/panels/VELStatusbarExpandedview.h"
 
 namespace vel {
 
@@ -45,9 +47,9 @@ class VELViewsController : public MainViewController,
 
   [[nodiscard]] View* statusbarview() const override;
   [[nodiscard]] View* preferencesview() const override;
-  // These come with views that the nib does not have.
-  [[nodiscard]] View* statusbarcompactview() const override { return nullptr; }
-  [[nodiscard]] View* statusbarExpandedview() const override { return nullptr; }
+  [[nodiscard]] View* statusbarcompactview() const override;
+  [[nodiscard]] View* statusbarExpandedview() const override;
+  /// It comes with a view that the nib does not have.
   [[nodiscard]] AlertSettingsView* preferenceNotificationview() const override { return nullptr; }
 
  private:
@@ -112,6 +114,8 @@ class VELViewsController : public MainViewController,
   std::unique_ptr<Nib> nib_;
   std::optional<Outlets> outlets_;
   std::shared_ptr<VELStatusbarview> statusbarview_;
+  std::shared_ptr<VELStatusbarCompactview> statusbarcompactview_;
+  std::shared_ptr<VELStatusbarExpandedview> statusbarExpandedview_;
 };
 
 }  // namespace vel

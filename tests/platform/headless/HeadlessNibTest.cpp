@@ -53,6 +53,10 @@ TEST(HeadlessNib, ReadsWhatTheFileSays) {
         <property name='tag' stdset='0'><number>9</number></property></widget></widget>
       <widget class='QRadioButton'><property name='tag' stdset='0'><number>10</number></property></widget></widget>
     <widget class='QRadioButton' name='lone'/>
+    <widget class='VELGraphMultiple' name='load'>
+      <property name='history' stdset='0'><string>graphs</string></property></widget>
+    <widget class='VELGraphArraysMultiple' name='graphs'/>
+    <widget class='VELTextFieldKillApp' name='process'><property name='text'><string>-</string></property></widget>
     <widget class='VELColor' name='color'/><widget class='VELGraphArrays' name='graph'/>
     <widget class='VELModuleNameStatusBarView' name='name'/>)"));
   ASSERT_EQ(reading.problems, std::vector<std::string>{});
@@ -70,12 +74,16 @@ TEST(HeadlessNib, ReadsWhatTheFileSays) {
   EXPECT_EQ(nib.outlet<HeadlessMatrix>("matrix")->items().all(), (Items{{"", 8}, {"", 10}}));
   EXPECT_EQ(nib.outlet<Matrix>("matrix")->selectedTag(), 8);
   EXPECT_EQ(nib.outlet<Matrix>("inner")->selectedTag(), std::nullopt);
+  // A graph may come before its history.
+  EXPECT_EQ(nib.outlet<VELGraphMultiple>("load")->history(),
+            nib.outlet<VELGraphArraysMultiple>("graphs"));
+  EXPECT_EQ(nib.outlet<VELTextFieldKillApp>("process")->stringValue(), "~-");
   EXPECT_TRUE(nib.outlet<View>("lone") && nib.outlet<VELGraphArrays>("graph"));
   // Neither a layout nor an object without a face counts.
   const auto& subviews = nib.outlet<HeadlessView<View>>("view")->subviews();
-  ASSERT_EQ(subviews.size(), 8U);
+  ASSERT_EQ(subviews.size(), 10U);
   EXPECT_EQ(subviews[0], nib.outlet<View>("check"));
-  EXPECT_EQ(subviews[7], nib.outlet<View>("name"));
+  EXPECT_EQ(subviews[9], nib.outlet<View>("name"));
   EXPECT_EQ(nib.outlet<HeadlessMatrix>("matrix")->subviews()[1], nib.outlet<View>("inner"));
 
   EXPECT_EQ(nib.outlet<Button>("popUp"), nullptr);
@@ -100,6 +108,10 @@ TEST(HeadlessNib, RefusesWhatIsBroken) {
     return inView("<property name='geometry'><rect><x>0</x><y>0</y><height>1</height>" + element +
                   "</rect></property>");
   };
+  const auto graph = [](const std::string& name) {
+    return inView("<widget class='VELGraphMultiple' name='g'>\n<property name='history'><string>" +
+                  name + "</string></property></widget>");
+  };
   const std::vector<std::pair<std::string, std::string>> cases = {
       {"", "N.ui:1: No document element found"},
       {"<ui>\n<widget>\n</ui>", "N.ui:3: Start-end tags mismatch"},
@@ -116,6 +128,12 @@ TEST(HeadlessNib, RefusesWhatIsBroken) {
        R"(N.ui:3: "currentIndex" is out of range: 1)"},
       {width("<width>-1</width>"), R"(N.ui:3: "width" is out of range: -1)"},
       {width(""), R"(N.ui:3: "width" is no integer: "")"},
+      {inView("<widget class='VELGraphMultiple' name='g'/>"),
+       R"(N.ui:3: VELGraphMultiple "g" has no property "history")"},
+      {graph("h"), R"(N.ui:4: history "h" of VELGraphMultiple "g" is missing, )"
+                   "expected a VELGraphArraysMultiple"},
+      {graph("view"), R"(N.ui:4: history "view" of VELGraphMultiple "g" is a QWidget, )"
+                      "expected a VELGraphArraysMultiple"},
       {inView("<property name='visible'><bool>yes</bool></property>"),
        R"(N.ui:3: "visible" is neither true nor false: "yes")"},
   };

@@ -1,4 +1,4 @@
-#include "views/menubar/DisplayedCores.h"
+#include "views/cores/DisplayedCores.h"
 
 namespace vel {
 
