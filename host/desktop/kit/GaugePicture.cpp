@@ -5,18 +5,11 @@
 #include <cmath>
 #include <numbers>
 
+#include "host/desktop/kit/PixelGrid.h"
+
 namespace vel {
 
 namespace {
-
-/// Cells of one size, a gap apart, filled column by column.
-struct Grid {
-  int cells = 0;
-  int rows = 1;
-  int width = 0;
-  int height = 0;
-  int gap = 0;
-};
 
 bool isRound(GaugeStyle style) {
   return style == GaugeStyle::pie || style == GaugeStyle::ring;
@@ -30,38 +23,27 @@ int gapInPoints(int cells) {
   return cells <= 8 ? 2 : 1;
 }
 
-int pixels(int points, double ratio) {
-  return std::max(1, static_cast<int>(points * ratio));
-}
-
-int columnsIn(const Grid& grid) {
-  return (grid.cells + grid.rows - 1) / grid.rows;
-}
-
-/// Of the whole, for each of so many parts that are a gap apart.
-int share(int whole, int parts, int gap) {
-  return (whole + gap) / parts - gap;
-}
-
-Grid columnGrid(const QSize& area, int cells, double ratio) {
-  Grid grid{cells, 1, 0, area.height(), pixels(gapInPoints(cells), ratio)};
-  grid.width = share(area.width(), cells, grid.gap);
+PixelGrid columnGrid(const QSize& area, int cells, double ratio) {
+  PixelGrid grid{cells, 1, 0, area.height(), pixels(gapInPoints(cells), ratio), 0};
+  grid.width = share(area.width(), cells, grid.columnGap);
   const int narrowest = pixels(2, ratio);
   if (grid.width < narrowest) {
-    grid.gap = pixels(1, ratio);
-    grid.cells = std::clamp((area.width() + grid.gap) / (narrowest + grid.gap), 1, cells);
-    grid.width = share(area.width(), grid.cells, grid.gap);
+    grid.columnGap = pixels(1, ratio);
+    grid.cells =
+        std::clamp((area.width() + grid.columnGap) / (narrowest + grid.columnGap), 1, cells);
+    grid.width = share(area.width(), grid.cells, grid.columnGap);
   }
   return grid;
 }
 
 /// The number of rows that makes the discs largest.
-Grid largestDiscs(const QSize& area, int cells, double ratio) {
-  Grid best;
+PixelGrid largestDiscs(const QSize& area, int cells, double ratio) {
+  PixelGrid best;
+  const int gap = pixels(gapInPoints(cells), ratio);
   for (int rows = 1; rows <= cells; ++rows) {
-    Grid grid{cells, rows, 0, 0, pixels(gapInPoints(cells), ratio)};
-    grid.width = std::min(share(area.width(), columnsIn(grid), grid.gap),
-                          share(area.height(), rows, grid.gap));
+    PixelGrid grid{cells, rows, 0, 0, gap, gap};
+    grid.width =
+        std::min(share(area.width(), grid.columns(), gap), share(area.height(), rows, gap));
     grid.height = grid.width;
     if (grid.width <= best.width) {
       break;
@@ -71,9 +53,9 @@ Grid largestDiscs(const QSize& area, int cells, double ratio) {
   return best;
 }
 
-Grid discGrid(const QSize& area, int cells, double ratio) {
+PixelGrid discGrid(const QSize& area, int cells, double ratio) {
   const int smallest = pixels(5, ratio);
-  Grid grid = largestDiscs(area, cells, ratio);
+  PixelGrid grid = largestDiscs(area, cells, ratio);
   while (grid.width < smallest && cells > 1) {
     grid = largestDiscs(area, --cells, ratio);
   }
@@ -136,21 +118,15 @@ void GaugePicture::layOut(const QRect& area, double ratio, std::int64_t type,
   }
 
   const int wanted = static_cast<int>(std::min<std::size_t>(gauges.size(), kMaximumGaugeCells));
-  const Grid grid = isRound(style) ? discGrid(area.size(), wanted, ratio)
-                                   : columnGrid(area.size(), wanted, ratio);
+  const PixelGrid grid = isRound(style) ? discGrid(area.size(), wanted, ratio)
+                                        : columnGrid(area.size(), wanted, ratio);
   if (grid.width <= 0) {
     return;
   }
   isOutlined = std::min(grid.width, grid.height) >= pixels(isRound(style) ? 10 : 5, ratio);
-  const int usedWidth = columnsIn(grid) * (grid.width + grid.gap) - grid.gap;
-  const int usedHeight = grid.rows * (grid.height + grid.gap) - grid.gap;
-  const QPoint origin =
-      area.topLeft() + QPoint((area.width() - usedWidth) / 2, (area.height() - usedHeight) / 2);
   cells.resize(static_cast<std::size_t>(grid.cells));
   for (int i = 0; i < grid.cells; ++i) {
-    const QPoint offset(i / grid.rows * (grid.width + grid.gap),
-                        i % grid.rows * (grid.height + grid.gap));
-    cells[static_cast<std::size_t>(i)].place = {origin + offset, QSize(grid.width, grid.height)};
+    cells[static_cast<std::size_t>(i)].place = grid.place(area, i);
   }
 
   switch (style) {

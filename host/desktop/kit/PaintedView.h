@@ -9,7 +9,6 @@
 
 namespace vel {
 
-/// A view decides its own width: whoever sets its size sets the height.
 template <typename Interface>
 class PaintedView : public QtView<Interface> {
  public:
@@ -29,22 +28,11 @@ class PaintedView : public QtView<Interface> {
   PaintedView(const PaintedView&) = delete;
   PaintedView& operator=(const PaintedView&) = delete;
 
-  void setFrameSize(Size size) override {
-    QtView<Interface>::setFrameSize({double(fittingWidth_), size.height});
-  }
-
  protected:
   virtual void paint(QPainter& painter) = 0;
   virtual void fontDidChange() {}
 
-  void fitWidth(int width) {
-    fittingWidth_ = width;
-    this->widget().resize(width, this->widget().height());
-    this->widget().update();
-  }
-
  private:
-  int fittingWidth_ = 0;
   QPointer<PaintedWidget> painted_;  ///< a window that goes first takes its widgets with it
 };
 

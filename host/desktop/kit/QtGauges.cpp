@@ -16,7 +16,7 @@ QRect withMargins(const QRect& rect) {
 
 }  // namespace
 
-QtGauges::QtGauges(PaintedWidget& widget) : PaintedView(widget) {
+QtGauges::QtGauges(PaintedWidget& widget) : FittingView(widget) {
   afterChanges_.setSingleShot(true);
   QObject::connect(&afterChanges_, &QTimer::timeout, [this] { repaintIfVisiblyChanged(); });
   fit();

@@ -4,15 +4,15 @@
 #include <QPainter>
 #include <QTimer>
 
+#include "host/desktop/kit/FittingView.h"
 #include "host/desktop/kit/GaugePicture.h"
-#include "host/desktop/kit/PaintedView.h"
 #include "platform/host/VELGaugeViewMultiple.h"
 
 namespace vel {
 
 /// Repaints only for what can be seen: a pixel, a segment or a colour. The changes of one round of
 /// the event loop are looked at together.
-class QtGauges : public PaintedView<VELGaugeViewMultiple> {
+class QtGauges : public FittingView<VELGaugeViewMultiple> {
  public:
   explicit QtGauges(PaintedWidget& widget);
 

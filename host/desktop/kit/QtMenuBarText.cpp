@@ -36,7 +36,7 @@ QString pieceAt(const QString& text, qsizetype start) {
 
 }  // namespace
 
-QtMenuBarText::QtMenuBarText(PaintedWidget& widget) : PaintedView(widget) {
+QtMenuBarText::QtMenuBarText(PaintedWidget& widget) : FittingView(widget) {
   measureFont();
 }
 

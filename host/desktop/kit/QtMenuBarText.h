@@ -10,14 +10,14 @@
 #include <string_view>
 #include <vector>
 
-#include "host/desktop/kit/PaintedView.h"
+#include "host/desktop/kit/FittingView.h"
 #include "platform/host/VELMenuBarText.h"
 
 namespace vel {
 
 /// Plain text in the palette's window text colour. Every digit has the width of the widest, so that
 /// a figure that changes moves nothing as long as it has as many digits.
-class QtMenuBarText : public PaintedView<VELMenuBarText> {
+class QtMenuBarText : public FittingView<VELMenuBarText> {
  public:
   explicit QtMenuBarText(PaintedWidget& widget);
 

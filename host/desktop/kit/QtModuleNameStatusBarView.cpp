@@ -38,7 +38,7 @@ std::vector<QString> firstLetters(const QString& name) {
 
 }  // namespace
 
-QtModuleNameStatusBarView::QtModuleNameStatusBarView(PaintedWidget& widget) : PaintedView(widget) {
+QtModuleNameStatusBarView::QtModuleNameStatusBarView(PaintedWidget& widget) : FittingView(widget) {
   fit();
 }
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/desktop/kit/PaintedView.h"
+#include "host/desktop/kit/FittingView.h"
 #include "platform/foundation/Property.h"
 #include "platform/host/VELModuleNameStatusBarView.h"
 
@@ -15,7 +15,7 @@ namespace vel {
 
 /// A column of small bold letters as narrow as the widest of them. Of a longer name the first three
 /// letters are shown.
-class QtModuleNameStatusBarView : public PaintedView<VELModuleNameStatusBarView> {
+class QtModuleNameStatusBarView : public FittingView<VELModuleNameStatusBarView> {
  public:
   explicit QtModuleNameStatusBarView(PaintedWidget& widget);
 

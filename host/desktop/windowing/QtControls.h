@@ -16,6 +16,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/desktop/windowing/PlainText.h"
 #include "host/desktop/windowing/QtView.h"
 #include "platform/windowing/Controls.h"
 
@@ -92,26 +93,28 @@ class QtPopUpButton final : public QtControl<PopUpButton, ControlClass::popUpBut
 };
 
 /// The text of a label, whatever else `Interface` has. An accelerator or markup in the nib's text
-/// is left as it is; what comes later is plain.
+/// is left as it is; what comes later is shown as plainText() has it.
 template <typename Interface>
 class QtText : public QtView<Interface> {
  public:
-  explicit QtText(QLabel& label) : QtView<Interface>(label), label_(label) {}
+  explicit QtText(QLabel& label)
+      : QtView<Interface>(label), label_(label), given_(label.text().toStdString()) {}
 
   void setStringValue(std::string_view text) override {
-    const auto value = QString::fromUtf8(text.data(), qsizetype(text.size()));
-    if (value != label_.text()) {
+    if (text != given_) {
+      given_ = text;
       label_.setTextFormat(Qt::PlainText);
-      label_.setText(value);
+      label_.setText(plainText(text));
     }
   }
-  [[nodiscard]] std::string stringValue() const override { return label_.text().toStdString(); }
+  [[nodiscard]] std::string stringValue() const override { return given_; }
 
  protected:
   [[nodiscard]] QLabel& label() const { return label_; }
 
  private:
   QLabel& label_;
+  std::string given_;
 };
 
 using QtTextField = QtText<TextField>;

@@ -20,6 +20,7 @@
 
 #include "host/desktop/windowing/QtControls.h"
 #include "host/desktop/windowing/QtView.h"
+#include "host/desktop/windowing/TextLabel.h"
 
 namespace vel {
 
@@ -109,6 +110,8 @@ class WidgetLoader : public QUiLoader {
     NibWidget made{nullptr, className.toStdString()};
     if (const auto known = classes_.find(made.className); known != classes_.end()) {
       made.widget = known->second.makeWidget(parent);
+    } else if (made.className == TextField::kNibClass) {
+      made.widget = new TextLabel(parent);
     } else if (qtClasses_.contains(className)) {
       made.widget = QUiLoader::createWidget(className, parent, name);
     } else {
@@ -145,6 +148,8 @@ class QtNib : public Nib {
 
   /// Makes the objects of the named widgets. False when something is wrong, which has been told.
   bool makeObjects(const NibClasses& classes);
+  /// Connects them with those that they refer to. The same.
+  bool connectObjects(const NibClasses& classes);
 
  protected:
   NibObject* find(std::string_view name) override;
@@ -152,6 +157,7 @@ class QtNib : public Nib {
 
  private:
   struct Object {
+    QPointer<QWidget> widget;
     std::string className;
     std::unique_ptr<NibObject> object;
   };
@@ -161,6 +167,10 @@ class QtNib : public Nib {
   std::unique_ptr<NibObject> makeMatrix(QWidget& widget);
   std::unique_ptr<NibObject> makePopUpButton(QComboBox& box);
 
+  bool connect(const std::string& name, const Object& object,
+               const QtNibLoader::Reference& reference);
+
+  void tellMismatch(const std::string& what, std::string_view name, const std::string& expected);
   void tell(const std::string& what) const { problem_(path_ + ": " + what); }
 
   std::string path_;
@@ -187,7 +197,7 @@ bool QtNib::makeObjects(const NibClasses& classes) {
     if (name.empty()) {
       continue;
     }
-    Object object{nibWidget.className, make(nibWidget, classes)};
+    Object object{nibWidget.widget, nibWidget.className, make(nibWidget, classes)};
     whole = whole && object.object != nullptr;
     if (!objects_.emplace(name, std::move(object)).second) {
       tell("two objects are named " + inQuotes(name));
@@ -195,6 +205,36 @@ bool QtNib::makeObjects(const NibClasses& classes) {
     }
   }
   return whole;
+}
+
+bool QtNib::connectObjects(const NibClasses& classes) {
+  bool whole = true;
+  for (const auto& [name, object] : objects_) {
+    if (const auto known = classes.find(object.className); known != classes.end()) {
+      for (const QtNibLoader::Reference& reference : known->second.references) {
+        whole = connect(name, object, reference) && whole;
+      }
+    }
+  }
+  return whole;
+}
+
+bool QtNib::connect(const std::string& name, const Object& object,
+                    const QtNibLoader::Reference& reference) {
+  const QVariant value = object.widget->property(reference.property.c_str());
+  const std::string owner = object.className + ' ' + inQuotes(name);
+  if (!value.isValid()) {
+    tell(owner + " has no property " + inQuotes(reference.property));
+    return false;
+  }
+  const std::string referredName = value.toString().toStdString();
+  NibObject* referred = find(referredName);
+  if (referred == nullptr || !reference.connect(*object.object, *referred)) {
+    tellMismatch(reference.property + ' ' + inQuotes(referredName) + " of " + owner, referredName,
+                 reference.className);
+    return false;
+  }
+  return true;
 }
 
 std::unique_ptr<NibObject> QtNib::make(const NibWidget& nibWidget, const NibClasses& classes) {
@@ -259,10 +299,14 @@ NibObject* QtNib::find(std::string_view name) {
 }
 
 void QtNib::reject(std::string_view name, const char* expectedClass) {
+  tellMismatch("outlet " + inQuotes(name), name, expectedClass);
+}
+
+void QtNib::tellMismatch(const std::string& what, std::string_view name,
+                         const std::string& expected) {
   const auto entry = objects_.find(name);
-  tell("outlet " + inQuotes(name) + " is " +
-       (entry == objects_.end() ? "missing" : "a " + entry->second.className) + ", expected a " +
-       expectedClass);
+  tell(what + " is " + (entry == objects_.end() ? "missing" : "a " + entry->second.className) +
+       ", expected a " + expected);
 }
 
 /// What Qt's loader says about a broken file, as one of our problems.
@@ -313,7 +357,7 @@ std::unique_ptr<Nib> QtNibLoader::load(const Bundle& bundle, const std::string& 
              R"(, expected "view")");
     return nullptr;
   }
-  return nib->makeObjects(classes_) ? std::move(nib) : nullptr;
+  return nib->makeObjects(classes_) && nib->connectObjects(classes_) ? std::move(nib) : nullptr;
 }
 
 }  // namespace vel

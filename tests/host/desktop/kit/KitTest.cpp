@@ -12,6 +12,7 @@
 #include "host/desktop/windowing/WidgetViews.h"
 #include "platform/host/VELGaugeViewMultiple.h"
 #include "platform/host/VELGraphArrays.h"
+#include "platform/host/VELGraphMultiple.h"
 #include "platform/host/VELMenuBarText.h"
 #include "platform/host/VELModuleNameStatusBarView.h"
 #include "support/NibInBundle.h"
@@ -22,6 +23,9 @@ constexpr const char* kUi = R"(
 <widget class="VELColor" name="color"/>
 <widget class="VELGraphArrays" name="history"/>
 <widget class="VELGraphArraysMultiple" name="histories"/>
+<widget class="VELGraphMultiple" name="graph">
+  <property name="history" stdset="0"><string>histories</string></property>
+</widget>
 <widget class="VELGaugeViewMultiple" name="gauges"/>
 <widget class="VELMenuBarText" name="text"/>
 <widget class="VELModuleNameStatusBarView" name="name"/>)";
@@ -151,6 +155,19 @@ TEST_F(Kit, TheNameIsWholeAndFollowsTheColour) {
     name->setColorObject(&shortLived);
   }
   name->setColorObject(color);
+}
+
+TEST_F(Kit, GraphShowsItsHistoryInTheSizeItIsGiven) {
+  auto* graph = nib->outlet<VELGraphMultiple>("graph");
+  graph->setFrameOrigin({40.0, 0.0});  // Beside the others.
+  graph->setFrameSize({236.0, 30.0});
+  graph->setDidDraw([this] { ++paintings; });
+  EXPECT_EQ(graph->frame().size, (Size{236.0, 30.0}));
+  root->show();
+  const QImage empty = widgetOf(graph)->grab().toImage();
+  nib->outlet<VELGraphArraysMultiple>("histories")->addNewValueForGraphAtIndex(50.0F, 0);
+  EXPECT_EQ(paintingsAfter([&] { graph->setNeedsDisplay(); }), 1);
+  EXPECT_NE(widgetOf(graph)->grab().toImage(), empty);
 }
 
 TEST_F(Kit, ColoursFollowThePalette) {

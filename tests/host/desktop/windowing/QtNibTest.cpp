@@ -97,6 +97,46 @@ TEST(QtNib, TellsWhatIsWrong) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "caught no more\n");
 }
 
+TEST(QtNib, ConnectsWhatAPropertyNames) {
+  struct Graph : QtView<View> {
+    using QtView::QtView;
+    NibObject* gauge = nullptr;
+  };
+  // The gauge comes later, in the file and by its name.
+  const auto graphOf = [](const std::string& name) {
+    return uiWith(
+        R"(<widget class="Graph" name="graph">)" +
+        (name.empty()
+             ? ""
+             : R"(<property name="gauge" stdset="0"><string>)" + name + "</string></property>") +
+        R"(</widget><widget class="Gauge" name="z"/><widget class="QLabel" name="text"/>)");
+  };
+  const std::pair<const char*, const char*> cases[] = {
+      {"z", nullptr},
+      {"", R"(: Graph "graph" has no property "gauge")"},
+      {"Z", R"(: gauge "Z" of Graph "graph" is missing, expected a Gauge)"},
+      {"text", R"(: gauge "text" of Graph "graph" is a QLabel, expected a Gauge)"}};
+  const auto makeWidget = [](QWidget* parent) { return new QWidget(parent); };
+  for (const auto& [name, problem] : cases) {
+    SCOPED_TRACE(name);
+    NibInBundle bundle;
+    bundle.loader.registerClass(
+        "Gauge", {makeWidget, [](QWidget& widget) { return std::make_unique<Gauge>(widget); }});
+    bundle.loader.registerClass(
+        "Graph", {makeWidget,
+                  [](QWidget& widget) { return std::make_unique<Graph>(widget); },
+                  {{"gauge", "Gauge", [](NibObject& graph, NibObject& referred) {
+                      return (dynamic_cast<Graph&>(graph).gauge = dynamic_cast<Gauge*>(&referred));
+                    }}}});
+    const auto nib = bundle.load(graphOf(name));
+    ASSERT_EQ(nib != nullptr, problem == nullptr);
+    EXPECT_EQ(bundle.problems, nib ? Problems() : Problems{bundle.file + problem});
+    if (nib) {
+      EXPECT_EQ(nib->outlet<Graph>("graph")->gauge, nib->outlet<Gauge>("z"));
+    }
+  }
+}
+
 TEST(QtNib, TextsComeFromTheBundle) {
   NibInBundle bundle;
   const auto nib = bundle.load(uiWith(R"(

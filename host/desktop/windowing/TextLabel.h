@@ -1,0 +1,18 @@
+// A label whose plain text ends in an ellipsis where it does not fit.
+#pragma once
+
+#include <QLabel>
+#include <QPaintEvent>
+
+namespace vel {
+
+/// Elides what is in Qt::PlainText and does not wrap; else as any label.
+class TextLabel : public QLabel {
+ public:
+  using QLabel::QLabel;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
+}  // namespace vel
