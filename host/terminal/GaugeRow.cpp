@@ -3,24 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <string_view>
+
+#include "host/terminal/UprightGauge.h"
 
 namespace vel {
-namespace {
-
-// Indexed by the number of filled eighths.
-constexpr std::wstring_view kBlocks = L"·▁▂▃▄▅▆▇█";
-constexpr std::wstring_view kAscii = L".:-=+*#%@";
-constexpr float kEighths = 8.0F;
-
-void append(Line& row, wchar_t character, Tone tone) {
-  if (row.empty() || row.back().tone != tone) {
-    row.push_back({{}, tone});
-  }
-  row.back().text += character;
-}
-
-}  // namespace
 
 Line gaugeRow(std::span<const Item::Gauge> gauges, int columns, bool blocks) {
   const std::size_t room = static_cast<std::size_t>(std::max(1, columns));
@@ -31,9 +17,9 @@ Line gaugeRow(std::span<const Item::Gauge> gauges, int columns, bool blocks) {
     const auto highest = *std::max_element(
         sharing.begin(), sharing.end(),
         [](const Item::Gauge& one, const Item::Gauge& other) { return one.share < other.share; });
-    const auto eighths = static_cast<std::size_t>(std::lround(highest.share * kEighths));
+    const auto steps = static_cast<int>(std::lround(highest.share * kUprightSteps));
     const Tone filled = highest.busy ? Tone::busy : Tone::gauge;
-    append(row, (blocks ? kBlocks : kAscii)[eighths], eighths == 0 ? Tone::faint : filled);
+    append(row, uprightGauge(steps, blocks), steps == 0 ? Tone::faint : filled);
     gauges = gauges.subspan(sharing.size());
   }
   return row;

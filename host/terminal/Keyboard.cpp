@@ -24,24 +24,49 @@ std::size_t lengthOfKey(std::string_view keys) {
   return std::min(keys.size(), std::size_t{keys.starts_with("\x1bO") ? 3U : 2U});
 }
 
-}  // namespace
-
-bool asksToQuit(std::string_view keys) {
-  for (; !keys.empty(); keys.remove_prefix(lengthOfKey(keys))) {
-    if (keys.front() == 'q' || keys.front() == 'Q') {
-      return true;
-    }
+Key keyOf(char byte) {
+  switch (byte) {
+    case 'q':
+    case 'Q':
+      return Key::quit;
+    case 't':
+    case 'T':
+      return Key::ranking;
+    case 'c':
+    case 'C':
+      return Key::cores;
+    case 'g':
+    case 'G':
+      return Key::graph;
+    case 'h':
+    case 'H':
+    case '?':
+      return Key::help;
+    default:
+      return Key::other;
   }
-  return false;
 }
 
-bool readsEnd(int descriptor) {
+}  // namespace
+
+std::vector<Key> keysOf(std::string_view bytes) {
+  std::vector<Key> keys;
+  while (!bytes.empty()) {
+    const std::size_t length = lengthOfKey(bytes);
+    keys.push_back(length == 1 ? keyOf(bytes.front()) : Key::other);
+    bytes.remove_prefix(length);
+  }
+  return keys;
+}
+
+std::optional<std::vector<Key>> readKeys(int descriptor) {
   std::array<char, 64> bytes{};
   const ssize_t size = read(descriptor, bytes.data(), bytes.size());
   if (size > 0) {
-    return asksToQuit({bytes.data(), static_cast<std::size_t>(size)});
+    return keysOf({bytes.data(), static_cast<std::size_t>(size)});
   }
-  return size == 0 || (errno != EINTR && errno != EAGAIN);
+  const bool open = size < 0 && (errno == EINTR || errno == EAGAIN);
+  return open ? std::optional(std::vector<Key>{}) : std::nullopt;
 }
 
 }  // namespace vel

@@ -1,16 +1,21 @@
 // What the user types at the display.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string_view>
+#include <vector>
 
 namespace vel {
 
-/// Reads what waits on the terminal `descriptor`. True if the user asks to quit or the terminal has
-/// been closed.
-bool readsEnd(int descriptor);
+enum class Key : std::uint8_t { quit, ranking, cores, graph, help, other };
 
-/// Whether a q is among the keys whose bytes these are; the letters in a function key's bytes are
-/// none.
-bool asksToQuit(std::string_view keys);
+/// Reads what waits on the terminal `descriptor`, which may be nothing. Without a result the
+/// terminal has been closed.
+std::optional<std::vector<Key>> readKeys(int descriptor);
+
+/// The keys whose bytes these are. A letter is the same key as its capital; the letters in a
+/// function key's bytes are none.
+std::vector<Key> keysOf(std::string_view bytes);
 
 }  // namespace vel

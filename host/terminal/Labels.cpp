@@ -23,7 +23,24 @@ Labels::Labels(const Bundle* bundle)
       tasks(decode(localized(bundle, "Tasks"))),
       threads(decode(localized(bundle, "Threads"))),
       upTime(decode(localized(bundle, "Up"))),
+      graph(decode(localized(bundle, "Graph"))),
+      topProcesses(decode(localized(bundle, "Top processes"))),
+      topProcessesNow(decode(localized(bundle, "Top processes, now"))),
+      topProcessesAverage(decode(localized(bundle, "Top processes, average since start"))),
       quit(decode(localized(bundle, "quit"))),
+      quitExplained(decode(localized(bundle, "end the program"))),
+      ranking(decode(localized(bundle, "ranking"))),
+      rankingExplained(
+          decode(localized(bundle, "rank the processes by current load or average since start"))),
+      cores(decode(localized(bundle, "cores"))),
+      coresExplained(decode(localized(
+          bundle, "gauges and graph for all as one, each core or each logical processor"))),
+      graphKey(decode(localized(bundle, "graph"))),
+      graphExplained(decode(localized(bundle, "show or hide the graph of the load over time"))),
+      help(decode(localized(bundle, "help"))),
+      helpExplained(decode(localized(bundle, "this page"))),
+      keys(decode(localized(bundle, "Keys"))),
+      anyKey(decode(localized(bundle, "Any key goes back."))),
       monthFormat(localized(bundle, "%ldmo")),
       dayFormat(localized(bundle, "%ldd")) {}
 

@@ -20,7 +20,27 @@ struct Labels {
   std::wstring tasks;
   std::wstring threads;
   std::wstring upTime;
-  std::wstring quit;  ///< what the key q does
+
+  std::wstring graph;
+  std::wstring topProcesses;
+  std::wstring topProcessesNow;
+  std::wstring topProcessesAverage;
+
+  // What a key does: a word, and a line of the help page.
+  std::wstring quit;
+  std::wstring quitExplained;
+  std::wstring ranking;
+  std::wstring rankingExplained;
+  std::wstring cores;
+  std::wstring coresExplained;
+  std::wstring graphKey;
+  std::wstring graphExplained;
+  std::wstring help;
+  std::wstring helpExplained;
+
+  // Above and below these lines.
+  std::wstring keys;
+  std::wstring anyKey;
 
   std::string monthFormat;  ///< "%ld" is the number of months
   std::string dayFormat;

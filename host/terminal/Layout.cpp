@@ -12,6 +12,8 @@
 
 #include "host/terminal/Bar.h"
 #include "host/terminal/GaugeRow.h"
+#include "host/terminal/HistoryGraph.h"
+#include "host/terminal/ProcessLines.h"
 #include "host/terminal/ProcessorGrid.h"
 #include "host/terminal/Text.h"
 #include "host/terminal/Uptime.h"
@@ -29,12 +31,15 @@ constexpr int kItemGap = 4;          ///< between the figures of a status line
 constexpr int kLeastBar = 4;
 constexpr int kLeastWidthWithMargin = 40;
 
-constexpr const wchar_t* kUnknown = L"-";
+constexpr int kLeastListWidth = 20;
+constexpr int kListRows = 1 + static_cast<int>(ProcessList::kMost);  ///< with the heading
+constexpr int kLeastGraph = 3;                                       ///< rows
+constexpr int kLargestGraph = 8;
+/// The processors may have to share gauges so that the list and the graph have room, but in no
+/// fewer rows than these.
+constexpr int kLeastProcessorRows = 2;
 
-int widthOfLine(const Line& line) {
-  return std::accumulate(line.begin(), line.end(), 0,
-                         [](int width, const Span& span) { return width + widthOf(span.text); });
-}
+constexpr const wchar_t* kUnknown = L"-";
 
 Line statusItem(const std::wstring& label, const std::wstring& value) {
   return {{label + L" ", Tone::faint}, {value, Tone::normal}};
@@ -42,18 +47,20 @@ Line statusItem(const std::wstring& label, const std::wstring& value) {
 
 class Layout {
  public:
-  Layout(const Item& item, const Readings& readings, const Labels& labels, const Locale& locale,
-         LayoutSize size, LayoutStyle style)
-      : item_(item),
-        readings_(readings),
+  Layout(const Content& content, const Labels& labels, const Locale& locale, LayoutSize size,
+         const LayoutStyle& style)
+      : item_(content.item),
+        readings_(content.readings),
+        content_(content),
         labels_(labels),
         locale_(locale),
         style_(style),
         margin_(size.columns >= kLeastWidthWithMargin ? 1 : 0),
         width_(size.columns - 2 * margin_),
+        rows_(size.rows),
         rowsLeft_(size.rows) {}
 
-  std::vector<Line> lines();
+  Page page();
 
  private:
   struct Gauge {
@@ -64,16 +71,23 @@ class Layout {
 
   /// Takes rows for a part of the display, as many as are left.
   int take(int rows);
+  /// Takes all these rows, or none where the rest of the display would suffer.
+  int takeIfRest(int rows);
+  [[nodiscard]] bool hasKeyHints() const { return !style_.keys.empty(); }
+  [[nodiscard]] bool hasGraph() const;
   void planProcessors(int extraRows);
-  void setLabelWidth();
+  void setLabelWidth(bool withGraph);
 
   void add(Line line);
+  void addAll(std::vector<Line> lines);
   void addBlank(int rows);
   void addGauges(int count, bool withNice);
   void addProcessors();
+  void addGraph(int rows);
   void addKeyHints();
 
   [[nodiscard]] Line itemLine() const;
+  [[nodiscard]] bool hasLabels() const { return width_ >= labelWidth_ + kGap + kLongPercentage; }
   void appendItemGauges(Line& line, int columns) const;
   [[nodiscard]] Line gaugeLine(const Gauge& gauge) const;
   void appendCell(Line& line, int gauge) const;
@@ -87,11 +101,13 @@ class Layout {
 
   const Item& item_;
   const Readings& readings_;
+  const Content& content_;
   const Labels& labels_;
   const Locale& locale_;
-  const LayoutStyle style_;
+  const LayoutStyle& style_;
   const int margin_;
   const int width_;
+  const int rows_;
   int rowsLeft_;
   int labelWidth_ = 0;
   std::optional<ProcessorGrid> grid_;
@@ -108,32 +124,54 @@ int Layout::take(int rows) {
   return taken;
 }
 
-std::vector<Line> Layout::lines() {
+Page Layout::page() {
   std::vector<Line> status = statusLines();
   // In the order of importance.
   const bool item = !item_.isEmpty() && take(1) == 1;
   const int gauges = take(3);
   status.resize(static_cast<std::size_t>(take(static_cast<int>(status.size()))));
-  planProcessors(style_.keyHints ? 5 : 3);
+  const bool processes =
+      content_.processes && width_ >= kLeastListWidth && takeIfRest(1 + kListRows) > 0;
+  int graph = hasGraph() && takeIfRest(1 + kLeastGraph) > 0 ? kLeastGraph : 0;
+  planProcessors(hasKeyHints() ? 5 : 3);
   const bool nice = take(1) == 1;
-  const bool keyHints = style_.keyHints && take(1) == 1;
+  const bool keyHints = hasKeyHints() && take(1) == 1;
   const int gapBeforeProcessors = grid_ ? take(1) : 0;
   const int gapBeforeStatus = status.empty() ? 0 : take(1);
+  graph += graph > 0 ? take(kLargestGraph - kLeastGraph) : 0;
 
-  setLabelWidth();
+  setLabelWidth(graph > 0);
   if (item) {
     add(itemLine());
   }
   addGauges(gauges, nice);
   addBlank(gapBeforeProcessors);
   addProcessors();
+  addGraph(graph);
   addBlank(gapBeforeStatus);
-  std::for_each(status.begin(), status.end(), [this](Line& line) { add(std::move(line)); });
+  addAll(std::move(status));
+  if (processes) {
+    addBlank(1);
+    addAll(processLines(*content_.processes, labels_, width_));
+  }
   if (keyHints) {
-    addBlank(rowsLeft_);
+    addBlank(rows_ - 1 - static_cast<int>(lines_.size()));
     addKeyHints();
   }
-  return std::move(lines_);
+  return {std::move(lines_), processes};
+}
+
+/// The rest are the least of the processors, what is less important than they, and the gaps.
+int Layout::takeIfRest(int rows) {
+  const int unfolded = ProcessorGrid::rowsUnfolded(readings_.numbers, width_).value_or(0);
+  const int rest = std::min(unfolded, kLeastProcessorRows) + (hasKeyHints() ? 4 : 3);
+  return rowsLeft_ >= rows + rest ? take(rows) : 0;
+}
+
+bool Layout::hasGraph() const {
+  const VELGraphMultiple* graph = content_.graph;
+  return graph != nullptr && graph->history() != nullptr && graph->numberOfGraphs() > 0 &&
+         width_ >= kLeastBar;
 }
 
 /// A gauge for each processor is worth the `extraRows` that come after; where that cannot be had
@@ -149,9 +187,12 @@ void Layout::planProcessors(int extraRows) {
   take(grid_ ? grid_->rows : 0);
 }
 
-void Layout::setLabelWidth() {
+void Layout::setLabelWidth(bool withGraph) {
   for (const auto* label : {&labels_.user, &labels_.system, &labels_.nice, &labels_.idle}) {
     labelWidth_ = std::max(labelWidth_, widthOf(*label));
+  }
+  if (withGraph) {
+    labelWidth_ = std::max(labelWidth_, widthOf(labels_.graph));
   }
   if (grid_ && grid_->columns == 1) {
     labelWidth_ = std::max(labelWidth_, widthOf(labels_.cpu) + 1 + grid_->labelWidth);
@@ -159,15 +200,15 @@ void Layout::setLabelWidth() {
 }
 
 void Layout::add(Line line) {
-  int left = width_;
-  for (Span& span : line) {
-    span.text = clipped(span.text, left);
-    left -= widthOf(span.text);
-  }
+  clip(line, width_);
   if (margin_ > 0 && !line.empty()) {
     line.insert(line.begin(), Span{std::wstring(static_cast<std::size_t>(margin_), L' ')});
   }
   lines_.push_back(std::move(line));
+}
+
+void Layout::addAll(std::vector<Line> lines) {
+  std::for_each(lines.begin(), lines.end(), [this](Line& line) { add(std::move(line)); });
 }
 
 void Layout::addBlank(int rows) {
@@ -195,10 +236,10 @@ Line Layout::itemLine() const {
   const std::wstring name = decode(item_.name);
   const std::wstring text = decode(item_.text);
   Line line;
-  if (width_ >= labelWidth_ + kGap + kLongPercentage) {
+  if (hasLabels()) {
     line.push_back({paddedRight(clipped(name, labelWidth_), labelWidth_ + kGap), Tone::strong});
     line.push_back({paddedLeft(text, kLongPercentage)});
-    const int columns = width_ - widthOfLine(line) - kGap;
+    const int columns = width_ - widthOf(line) - kGap;
     if (columns >= kLeastBar) {
       line.push_back({std::wstring(kGap, L' ')});
       appendItemGauges(line, columns);
@@ -232,12 +273,12 @@ Line Layout::gaugeLine(const Gauge& gauge) const {
     appendBar(line, gauge.share, width_, barTone);
   } else if (width_ < kLongPercentage) {
     line.push_back({paddedLeft(percentage(gauge.share, 0), kShortPercentage), numberTone});
-  } else if (width_ < labelWidth_ + kGap + kLongPercentage) {
+  } else if (!hasLabels()) {
     line.push_back({exact, numberTone});
   } else {
     line.push_back({paddedRight(gauge.label, labelWidth_ + kGap)});
     line.push_back({exact, numberTone});
-    const int barWidth = width_ - widthOfLine(line) - kGap;
+    const int barWidth = width_ - widthOf(line) - kGap;
     if (barWidth >= kLeastBar) {
       line.push_back({std::wstring(kGap, L' ')});
       appendBar(line, gauge.share, barWidth, barTone);
@@ -266,6 +307,32 @@ void Layout::addProcessors() {
     for (int gauge = row; gauge < grid_->gauges; gauge += grid_->rows) {
       appendCell(line, gauge);
     }
+    add(std::move(line));
+  }
+}
+
+/// The scale stands where the percentages do, unless the graphs are several.
+void Layout::addGraph(int rows) {
+  if (rows == 0) {
+    return;
+  }
+  addBlank(1);
+  const int barColumn = labelWidth_ + kGap + kLongPercentage + kGap;
+  const bool beside = hasLabels() && width_ >= barColumn + kLeastBar;
+  const bool withScale = content_.graph->numberOfGraphs() == 1;
+  auto graph =
+      historyGraph(*content_.graph, beside ? width_ - barColumn : width_, rows, style_.blocks);
+  for (std::size_t row = 0; row < graph.size(); ++row) {
+    Line line;
+    if (beside) {
+      const std::wstring label = row == 0 ? labels_.graph : L"";
+      const bool isEnd = row == 0 || row == graph.size() - 1;
+      const float top = content_.graph->maxValue() / 100.0F;
+      const std::wstring scale = withScale && isEnd ? percentage(row == 0 ? top : 0.0F, 0) : L"";
+      line.push_back({paddedRight(label, labelWidth_ + kGap)});
+      line.push_back({paddedLeft(scale, kLongPercentage) + std::wstring(kGap, L' '), Tone::faint});
+    }
+    std::move(graph[row].begin(), graph[row].end(), std::back_inserter(line));
     add(std::move(line));
   }
 }
@@ -301,11 +368,11 @@ std::vector<Line> Layout::statusLines() const {
   };
   std::vector<Line> lines;
   for (Line& item : items) {
-    const int itemWidth = widthOfLine(item);
+    const int itemWidth = widthOf(item);
     if (itemWidth > width_) {
       continue;
     }
-    if (lines.empty() || widthOfLine(lines.back()) + kItemGap + itemWidth > width_) {
+    if (lines.empty() || widthOf(lines.back()) + kItemGap + itemWidth > width_) {
       lines.push_back(std::move(item));
     } else {
       lines.back().push_back({std::wstring(kItemGap, L' ')});
@@ -315,8 +382,27 @@ std::vector<Line> Layout::statusLines() const {
   return lines;
 }
 
+/// Of those in the middle as many as fit: the last one tells of the others.
 void Layout::addKeyHints() {
-  add({{L"q", Tone::normal}, {L" " + labels_.quit, Tone::faint}});
+  std::vector<Line> hints;
+  int width = 0;
+  for (const KeyDescription& key : style_.keys) {
+    hints.push_back({{key.key, Tone::normal}, {L" " + key.word, Tone::faint}});
+    width += (hints.size() > 1 ? kGap : 0) + widthOf(hints.back());
+  }
+  while (width > width_ && hints.size() > 1) {
+    const auto dropped = hints.end() - (hints.size() > 2 ? 2 : 1);
+    width -= kGap + widthOf(*dropped);
+    hints.erase(dropped);
+  }
+  Line line;
+  for (Line& hint : hints) {
+    if (!line.empty()) {
+      line.push_back({std::wstring(kGap, L' ')});
+    }
+    std::move(hint.begin(), hint.end(), std::back_inserter(line));
+  }
+  add(std::move(line));
 }
 
 std::wstring Layout::number(std::optional<float> value, int decimals) const {
@@ -338,9 +424,9 @@ std::wstring Layout::loadText() const {
 
 }  // namespace
 
-std::vector<Line> layOut(const Item& item, const Readings& readings, const Labels& labels,
-                         const Locale& locale, LayoutSize size, LayoutStyle style) {
-  return Layout(item, readings, labels, locale, size, style).lines();
+Page layOut(const Content& content, const Labels& labels, const Locale& locale, LayoutSize size,
+            const LayoutStyle& style) {
+  return Layout(content, labels, locale, size, style).page();
 }
 
 }  // namespace vel

@@ -3,10 +3,10 @@
 
 #include <vector>
 
-#include "host/terminal/Item.h"
+#include "host/terminal/Content.h"
+#include "host/terminal/HelpPage.h"
 #include "host/terminal/Labels.h"
 #include "host/terminal/Line.h"
-#include "host/terminal/Readings.h"
 #include "platform/foundation/Locale.h"
 
 namespace vel {
@@ -17,15 +17,21 @@ struct LayoutSize {
 };
 
 struct LayoutStyle {
-  bool blocks = false;    ///< gauges of block characters, else of ASCII
-  bool keyHints = false;  ///< with a last line, at the bottom, of what the keys do
+  bool blocks = false;               ///< gauges of block characters, else of ASCII
+  std::vector<KeyDescription> keys;  ///< named in a last line, at the bottom; none without any
+};
+
+struct Page {
+  std::vector<Line> lines;
+  bool hasProcesses = false;  ///< the list has a place, though it may be empty
 };
 
 /// At most `size.rows` lines, each at most `size.columns` wide, for any size. What does not fit is
 /// left out, the item last of all; processors that are too many for a gauge each share one with
 /// their neighbours, which shows their mean. Where the item has more gauges than there are columns,
-/// neighbours share one, which shows the highest. An empty item has no line.
-std::vector<Line> layOut(const Item& item, const Readings& readings, const Labels& labels,
-                         const Locale& locale, LayoutSize size, LayoutStyle style);
+/// neighbours share one, which shows the highest. An empty item has no line. The list of processes
+/// and the graph are shown where they do not crowd out the rest.
+Page layOut(const Content& content, const Labels& labels, const Locale& locale, LayoutSize size,
+            const LayoutStyle& style);
 
 }  // namespace vel

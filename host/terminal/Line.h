@@ -24,4 +24,13 @@ struct Span {
 
 using Line = std::vector<Span>;
 
+/// In columns.
+int widthOf(const Line& line);
+
+/// Cuts off what does not fit.
+void clip(Line& line, int columns);
+
+/// Appends to the last piece of text if it has the same tone.
+void append(Line& line, wchar_t character, Tone tone);
+
 }  // namespace vel

@@ -7,8 +7,17 @@
 namespace vel {
 
 void LiveDisplay::show(const CPUData& record) {
-  item_.read(itemView_);
-  readings_.read(record, running_.ofThisRefresh());
+  source_.read(record, content_);
+  paint();
+}
+
+void LiveDisplay::update() {
+  source_.readViews(content_);
+  paint();
+}
+
+void LiveDisplay::showHelp(bool shown) {
+  helpShown_ = shown;
   paint();
 }
 
@@ -28,9 +37,14 @@ void LiveDisplay::restore() {
 }
 
 void LiveDisplay::paint() {
-  if (screen_.take()) {
-    screen_.paint(layOut(item_, readings_, labels_, locale_, screen_.size(), style_));
+  if (!screen_.take()) {
+    panel_.setOnScreen(false);
+    return;
   }
+  const auto [columns, rows] = screen_.size();
+  const Page page = layOut(content_, labels_, locale_, {columns, rows}, style_);
+  panel_.setOnScreen(page.hasProcesses);
+  screen_.paint(helpShown_ ? helpPage(style_.keys, labels_, columns, rows) : page.lines);
 }
 
 }  // namespace vel

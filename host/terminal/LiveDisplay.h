@@ -1,22 +1,36 @@
 // The readings on a terminal's whole screen.
 #pragma once
 
+#include <utility>
+
+#include "host/terminal/Content.h"
 #include "host/terminal/Display.h"
 #include "host/terminal/Layout.h"
+#include "host/terminal/Panel.h"
 #include "host/terminal/Screen.h"
-#include "platform/kernel/Kernel.h"
 
 namespace vel {
 
 class LiveDisplay : public Display {
  public:
-  /// `item` is the module's, null for none. Throws std::runtime_error when the terminal cannot be
-  /// set up.
-  LiveDisplay(View* item, Kernel& kernel, const Labels& labels, const Locale& locale,
+  /// Has the module's `panel` on screen while there is room for its processes. Throws
+  /// std::runtime_error when the terminal cannot be set up.
+  LiveDisplay(ContentSource& source, Panel& panel, const Labels& labels, const Locale& locale,
               LayoutStyle style)
-      : itemView_(item), running_(kernel), labels_(labels), locale_(locale), style_(style) {}
+      : source_(source),
+        panel_(panel),
+        labels_(labels),
+        locale_(locale),
+        style_(std::move(style)) {}
 
   void show(const CPUData& record) override;
+
+  /// Shows what has changed without a refresh.
+  void update();
+
+  /// In the readings' place, or no more.
+  void showHelp(bool shown);
+  [[nodiscard]] bool isHelpShown() const { return helpShown_; }
 
   /// The window has another size.
   void resize();
@@ -31,14 +45,14 @@ class LiveDisplay : public Display {
  private:
   void paint();
 
-  View* const itemView_;
-  RunningProcessors running_;
+  ContentSource& source_;
+  Panel& panel_;
   const Labels& labels_;
   const Locale& locale_;
   const LayoutStyle style_;
   Screen screen_;
-  Item item_;
-  Readings readings_;
+  Content content_;
+  bool helpShown_ = false;
 };
 
 }  // namespace vel

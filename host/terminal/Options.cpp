@@ -15,7 +15,7 @@ constexpr const char* kDescription =
 constexpr const char* kFooter =
     "The first refresh comes at once, with averages since the machine was started.\n"
     "Plain lines and JSON are always in English with a decimal point. On the display,\n"
-    "q or Ctrl-C ends the program.";
+    "q or Ctrl-C ends the program and ? tells what the other keys do.";
 
 std::optional<std::uint64_t> parseCount(const std::string& text) {
   std::uint64_t count = 0;

@@ -19,10 +19,11 @@ std::string textOf(const Line& line) {
 }  // namespace
 
 void Summary::show(const CPUData& record) {
-  item_.read(itemView_);
-  readings_.read(record, running_.ofThisRefresh());
+  source_.read(record, content_);
+  // There is no history yet.
+  content_.graph = nullptr;
   std::string text;
-  for (const Line& line : layOut(item_, readings_, labels_, locale_, size_, style_)) {
+  for (const Line& line : layOut(content_, labels_, locale_, size_, style_).lines) {
     text += textOf(line) + "\n";
   }
   output_.write(text);

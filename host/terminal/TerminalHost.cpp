@@ -6,13 +6,27 @@
 #include <csignal>
 
 #include "host/RefreshTimer.h"
-#include "host/terminal/Keyboard.h"
 
 namespace vel {
+namespace {
+
+/// The kernel counts in ticks of a hundredth of a second or longer: of a shorter time there is
+/// little to tell.
+constexpr std::chrono::milliseconds kLeastSample{100};
+
+/// From a panel's first reading of the processes to the second, with which it has shares.
+constexpr std::chrono::milliseconds kFirstSample{400};
+
+}  // namespace
 
 TerminalHost::TerminalHost(const Options& options, double interval, ModuleSession& session,
-                           Display& display)
-    : session_(session), display_(display), interval_(interval) {
+                           const Panel& panel, Display& display, LiveDisplay* live)
+    : session_(session),
+      panel_(panel),
+      display_(display),
+      live_(live),
+      interval_(interval),
+      panelWasOnScreen_(panel.isOnScreen()) {
   if (options.once) {
     hidden_ = 1;
     last_ = 2;
@@ -21,35 +35,83 @@ TerminalHost::TerminalHost(const Options& options, double interval, ModuleSessio
   }
 }
 
-void TerminalHost::serveSignals(Signals& signals, LiveDisplay* live) {
-  loop_.watch(signals.descriptor(), POLLIN, [this, &signals, live](short) {
+void TerminalHost::serveSignals(Signals& signals) {
+  loop_.watch(signals.descriptor(), POLLIN, [this, &signals](short) {
     while (const auto signal = signals.next()) {
-      if (live != nullptr && *signal == SIGWINCH) {
-        live->resize();
-      } else if (live != nullptr && *signal == SIGTSTP) {
-        live->stop();
-      } else if (live != nullptr && *signal == SIGCONT) {
-        live->restore();
-      } else {
-        loop_.end();
-      }
+      serveSignal(*signal);
     }
   });
+}
+
+void TerminalHost::serveSignal(int signal) {
+  if (live_ != nullptr && signal == SIGWINCH) {
+    live_->resize();
+  } else if (live_ != nullptr && signal == SIGTSTP) {
+    live_->stop();
+  } else if (live_ != nullptr && signal == SIGCONT) {
+    live_->restore();
+  } else {
+    loop_.end();
+  }
+  followPanel();
 }
 
 void TerminalHost::watchOutput() {
   loop_.watch(STDOUT_FILENO, 0, [this](short) { loop_.end(); });
 }
 
-void TerminalHost::serveKeyboard() {
-  loop_.watch(STDIN_FILENO, POLLIN, [this](short) {
+void TerminalHost::serveKeyboard(ModuleControls& controls) {
+  loop_.watch(STDIN_FILENO, POLLIN, [this, &controls](short) {
     // Read by a program in the background, the terminal would stop it again and again, and it
     // would never come to see the signal that ends it.
-    const bool end = isForeground(STDIN_FILENO) ? readsEnd(STDIN_FILENO) : !stopProcess(SIGTTIN);
-    if (end) {
+    if (!isForeground(STDIN_FILENO)) {
+      if (!stopProcess(SIGTTIN)) {
+        loop_.end();
+      }
+      return;
+    }
+    const auto keys = readKeys(STDIN_FILENO);
+    if (!keys) {
       loop_.end();
+      return;
+    }
+    for (const Key key : *keys) {
+      serveKey(key, controls);
     }
   });
+}
+
+void TerminalHost::serveKey(Key key, ModuleControls& controls) {
+  if (live_->isHelpShown()) {
+    live_->showHelp(false);
+    return;
+  }
+  switch (key) {
+    case Key::quit:
+      loop_.end();
+      break;
+    case Key::help:
+      live_->showHelp(true);
+      break;
+    case Key::ranking:
+      if (controls.hasRanking()) {
+        controls.chooseNextRanking();
+        refreshSoon();
+      }
+      break;
+    case Key::cores:
+      // Other gauges have no values before the next refresh.
+      if (controls.hasCores()) {
+        controls.chooseNextCores();
+        refreshSoon();
+      }
+      break;
+    case Key::graph:
+      controls.toggleGraph();
+      break;
+    case Key::other:
+      break;
+  }
 }
 
 void TerminalHost::run() {
@@ -57,7 +119,14 @@ void TerminalHost::run() {
   RefreshTimer timer(interval_);
   loop_.watch(timer.descriptor(), POLLIN, [this, &timer](short) {
     timer.acknowledge();
-    refresh();
+    refreshInTurn();
+  });
+  loop_.watch(extra_.descriptor(), POLLIN, [this](short) {
+    // A refresh in turn may just have come before it.
+    if (extra_.acknowledge()) {
+      refresh();
+      show();
+    }
   });
   loop_.run();
 }
@@ -66,7 +135,28 @@ void TerminalHost::serveQueue() {
   loop_.watch(session_.wake().descriptor(), POLLIN, [this](short) {
     session_.wake().acknowledge();
     session_.mainQueue().drain();
+    // A setting that has changed may show.
+    if (live_ != nullptr && done_ > 0 && !extraIsDue_) {
+      live_->update();
+      followPanel();
+    }
   });
+}
+
+void TerminalHost::refreshInTurn() {
+  refresh();
+  ++done_;
+  if (done_ > hidden_) {
+    show();
+  }
+  if (done_ == last_) {
+    loop_.end();
+  }
+}
+
+void TerminalHost::refreshSoon() {
+  extraIsDue_ = true;
+  extra_.set(refreshed_ + kLeastSample);
 }
 
 void TerminalHost::refresh() {
@@ -75,12 +165,27 @@ void TerminalHost::refresh() {
   // Another number of gauges comes through the queue, and comes before the gauges' values.
   session_.mainQueue().drain();
   module.updateViews();
-  ++done_;
-  if (done_ > hidden_) {
-    display_.show(module.readings());
+  refreshed_ = std::chrono::steady_clock::now();
+  // It was what an extra one was for.
+  extraIsDue_ = false;
+  extra_.cancel();
+  if (oneMore_) {
+    oneMore_ = false;
+    extra_.set(refreshed_ + kFirstSample);
   }
-  if (done_ == last_) {
-    loop_.end();
+}
+
+void TerminalHost::show() {
+  display_.show(session_.module().readings());
+  followPanel();
+}
+
+void TerminalHost::followPanel() {
+  const bool appeared = panel_.isOnScreen() && !panelWasOnScreen_;
+  panelWasOnScreen_ = panel_.isOnScreen();
+  if (appeared) {
+    oneMore_ = true;
+    refreshSoon();
   }
 }
 

@@ -34,6 +34,30 @@ Sequence sequenceOf(unsigned char lead) {
   return {0, 0, UINT32_MAX};
 }
 
+struct Range {
+  std::uint32_t first;
+  std::uint32_t last;
+};
+/// Characters that are not seen but change what is seen around them, as those that turn the
+/// direction of writing do: Unicode's general category Cf, and the tags.
+constexpr std::array<Range, 11> kFormats{{{0xad, 0xad},
+                                          {0x600, 0x605},
+                                          {0x61c, 0x61c},
+                                          {0x180e, 0x180e},
+                                          {0x200b, 0x200f},
+                                          {0x2028, 0x202e},
+                                          {0x2060, 0x206f},
+                                          {0xfeff, 0xfeff},
+                                          {0xfff9, 0xfffb},
+                                          {0x1d173, 0x1d17a},
+                                          {0xe0000, 0xe0fff}}};
+
+bool isFormat(std::uint32_t character) {
+  return std::any_of(kFormats.begin(), kFormats.end(), [character](const Range& range) {
+    return character >= range.first && character <= range.last;
+  });
+}
+
 /// Takes one character off the front of `text`, or one byte of a malformed one.
 wchar_t takeCharacter(std::string_view& text) {
   const auto [bits, continuations, smallest] = sequenceOf(static_cast<unsigned char>(text.front()));
@@ -52,7 +76,7 @@ wchar_t takeCharacter(std::string_view& text) {
   text.remove_prefix(static_cast<std::size_t>(continuations));
   // Surrogates, values beyond Unicode and control characters have no width.
   const auto character = static_cast<wchar_t>(value);
-  return wcwidth(character) < 0 ? kUnknown : character;
+  return wcwidth(character) < 0 || isFormat(value) ? kUnknown : character;
 }
 
 std::size_t gap(std::wstring_view text, int columns) {
@@ -64,7 +88,9 @@ std::size_t gap(std::wstring_view text, int columns) {
 std::wstring decode(std::string_view utf8) {
   std::wstring text;
   while (!utf8.empty()) {
-    text += takeCharacter(utf8);
+    const wchar_t character = takeCharacter(utf8);
+    // A mark that combines with the character before it must not reach for a stranger's.
+    text += text.empty() && wcwidth(character) == 0 ? kUnknown : character;
   }
   return text;
 }

@@ -7,7 +7,7 @@
 namespace vel {
 
 /// The characters of a UTF-8 text. What is malformed, and what the terminal's locale (LC_CTYPE)
-/// cannot show, control characters included, becomes "?".
+/// cannot show, becomes "?", as do control characters and invisible ones that act on others.
 std::wstring decode(std::string_view utf8);
 
 /// The bytes of `text` in the terminal's locale.

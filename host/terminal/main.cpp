@@ -19,10 +19,14 @@
 #include "host/session/ModuleSession.h"
 #include "host/store/SettingsPath.h"
 #include "host/store/SettingsStore.h"
+#include "host/terminal/Content.h"
+#include "host/terminal/HelpPage.h"
 #include "host/terminal/JsonLines.h"
 #include "host/terminal/LiveDisplay.h"
+#include "host/terminal/ModuleControls.h"
 #include "host/terminal/Options.h"
 #include "host/terminal/Output.h"
+#include "host/terminal/Panel.h"
 #include "host/terminal/PlainLines.h"
 #include "host/terminal/Summary.h"
 #include "host/terminal/TerminalHost.h"
@@ -95,29 +99,36 @@ void show(const Options& options, std::vector<std::string> arguments) {
 
   const Labels labels(bundle);
   const Output output(STDOUT_FILENO, signals.descriptor());
-  const LayoutStyle style{std::string_view(nl_langinfo(CODESET)) == "UTF-8",
-                          live && isTerminal(STDIN_FILENO)};
-  View* const item = session.module().statusbarView();
+  Panel panel(session.module().statusbarStandAloneView());
+  ModuleControls controls(session.module().preferencesModuleView());
+  ContentSource source(session.module().statusbarView(), panel, controls, session.kernel());
+  LayoutStyle style{std::string_view(nl_langinfo(CODESET)) == "UTF-8", {}};
+  const bool hasKeyboard = live && isTerminal(STDIN_FILENO);
+  if (hasKeyboard) {
+    style.keys = describeKeys(controls, labels);
+  }
+  // A live display decides for itself.
+  panel.setOnScreen(options.json || options.once);
   const auto makeDisplay = [&]() -> std::unique_ptr<Display> {
     if (options.json) {
       return std::make_unique<JsonLines>(output);
     }
     if (options.once) {
-      return std::make_unique<Summary>(output, item, session.kernel(), labels, locale,
-                                       summarySize(), style);
+      return std::make_unique<Summary>(output, source, labels, locale, summarySize(), style);
     }
     if (live) {
-      return std::make_unique<LiveDisplay>(item, session.kernel(), labels, locale, style);
+      return std::make_unique<LiveDisplay>(source, panel, labels, locale, style);
     }
     return std::make_unique<PlainLines>(output);
   };
   const auto display = makeDisplay();
 
-  TerminalHost host(options, secondsBetweenRefreshes(options, store), session, *display);
-  host.serveSignals(signals, dynamic_cast<LiveDisplay*>(display.get()));
+  TerminalHost host(options, secondsBetweenRefreshes(options, store), session, panel, *display,
+                    dynamic_cast<LiveDisplay*>(display.get()));
+  host.serveSignals(signals);
   host.watchOutput();
-  if (style.keyHints) {
-    host.serveKeyboard();
+  if (hasKeyboard) {
+    host.serveKeyboard(controls);
   }
   host.run();
 }

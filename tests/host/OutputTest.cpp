@@ -1,4 +1,4 @@
-// JSON that is well formed whatever a process is called, the key to quit, and readers that stall.
+// JSON that is well formed whatever a process is called, what is typed, and readers that stall.
 #include "host/terminal/Output.h"
 
 #include <fcntl.h>
@@ -11,6 +11,7 @@
 #include <map>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "host/WakeEvent.h"
 #include "host/terminal/JsonLines.h"
@@ -37,11 +38,19 @@ TEST(JsonLines, AreAsciiAndExactWhateverTheRecordHolds) {
 }
 
 TEST(Keyboard, LettersInAFunctionKeyAreNotTyped) {
-  const std::map<std::string, bool> cases = {
-      {"x\x1b[1;5CQ", true}, {"\x1bOQq", true}, {"\x1bxq", true}, {"\x1bOQ", false},
-      {"\x1bq", false},      {"\x1b[q", false}, {"\x1b[1", false}};
-  for (const auto& [keys, quit] : cases) {
-    EXPECT_EQ(asksToQuit(keys), quit) << keys;
+  using enum Key;
+  const std::map<std::string, std::vector<Key>> cases = {
+      {"qQtTcCgG?hH", {quit, quit, ranking, ranking, cores, cores, graph, graph, help, help, help}},
+      {"x\x1b[1;5CQ", {other, other, quit}},
+      {"\x1bOQt", {other, ranking}},
+      {"\x1bxc", {other, cores}},
+      {"\x1bq", {other}},
+      {"\x1b[q", {other}},
+      {"\x1b[1", {other}},
+      {"\x1b", {other}},
+      {"\xc3\xa7", {other, other}}};
+  for (const auto& [bytes, keys] : cases) {
+    EXPECT_EQ(keysOf(bytes), keys) << bytes;
   }
 }
 

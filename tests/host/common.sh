@@ -39,3 +39,21 @@ for list in present online; do
   echo 0-7 >"$scratch/machine/sys/devices/system/cpu/$list"
 done
 sound=(--bundle "$scratch/sound" --proc "$scratch/machine/proc" --sys "$scratch/machine/sys")
+
+# machineWith NAME...: "$scratch/busy", a machine with a processor and a process of each of these names, all of them old.
+machineWith() {
+  local pid=100 name
+  mkdir -p "$scratch/busy/proc" "$scratch/busy/sys/devices/system/cpu"
+  echo 0 | tee "$scratch"/busy/sys/devices/system/cpu/{possible,present,online} >/dev/null
+  echo '1.00 0.50 0.25 1/9 1' >"$scratch/busy/proc/loadavg"
+  printf '%s\n' 'cpu 9 0 9 9 0 0 0 0 0 0' 'cpu0 9 0 9 9 0 0 0 0 0 0' "btime $(($(date +%s) - 100000))" \
+    >"$scratch/busy/proc/stat"
+  for name; do
+    pid=$((pid + 1))
+    mkdir -p "$scratch/busy/proc/$pid"
+    # Fields of man 5 proc. The CPU time, in hundredths of a second, is a tenth of the age for each that came before.
+    printf '%s (%s) S 1 1 1 0 -1 0 0 0 0 0 %s 0 0 0 20 0 1 0 1 1 1 0 0 0 0 0 0 0 0 0 0 0 0 0 17 0 0 0 0 0 0\n' \
+      $pid "$name" $(((pid - 100) * 1000000)) >"$scratch/busy/proc/$pid/stat"
+  done
+}
+busy=(--proc "$scratch/busy/proc" --sys "$scratch/busy/sys")

@@ -55,6 +55,14 @@ done
 [[ ${lines[0]} == *'"name":"\u001b[31m\ufffd\n\""'* ]] || fail "${lines[0]}"
 expect "number of objects with --once" 1 "$(run "${sound[@]}" --json --once --interval 0.1 | wc -l)"
 
+# The installed bundle's processes are there from the first refresh on.
+sed -i 's/^\[org.velbar.cpu\]$/&\ncpuTop5Type = 0/' "$XDG_CONFIG_HOME/velbar/settings.ini"
+machineWith one two
+text=$(run "${busy[@]}" --json --count 1)
+[[ $text == *'"topMemProcess":[{"name":"two","pid":"102","avg cpu time":"20.0"},{"name":"one",'* ]] || fail "$text"
+text=$(run "${busy[@]}" --once --interval 0.1)
+[[ $text == *$'\n\n Top processes, average since start\n two '*102*20.0$'\n one '*10.0 ]] || fail "$text"
+
 # A reader that goes away ends the program at once, long before the next refresh.
 run "${sound[@]}" --interval 3600 | head -n 1 >"$scratch/first"
 expect "statuses of the pipe" '0 0' "${PIPESTATUS[*]}"

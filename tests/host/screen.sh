@@ -104,25 +104,25 @@ still=("$program" "${sound[@]}" --interval 3600)
 
 case='sizes'
 open 80x24 : "${still[@]}"
-await quit
+await help
 mapfile -t lines < <(screen)
 expect "$case: lines" 24 ${#lines[@]}
 expect "$case: item" ' Scr         50%  █{30}▌·{30}' "${lines[0]}"
 expect "$case: last processor" ' CPU 7    50\.0 %  █{30}▌·{30}' "${lines[13]}"
 expect "$case: figures" ' Load - - -    Tasks 1    Threads -    Up 3d 04:05' "${lines[15]}"
-expect "$case: keys" ' q quit' "${lines[23]}"
+expect "$case: keys" ' q quit  \? help' "${lines[23]}"
 expect "$case: state" '1 0 .*' "$(state)"
 terminal resize-window -t test -x 40 -y 12
-await quit
+await help
 mapfile -t lines < <(screen)
 expect "$case: two columns of processors" ' 0  50 % █{5}·{5}  4  50 % █{5}·{5}' "${lines[5]}"
-expect "$case: keys" ' q quit' "${lines[11]}"
+expect "$case: keys" ' q quit  \? help' "${lines[11]}"
 terminal resize-window -t test -x 2 -y 2
 terminal resize-window -t test -x 100 -y 30
-await quit
+await help
 expect "$case: after the smallest" ' Scr         50%  █+▌·+' "$(screen | head -n 1)"
 terminal resize-window -t test -x 80 -y 24
-await quit
+await help
 
 case='key q'
 terminal send-keys -t test Up q
@@ -133,7 +133,7 @@ finish
 for key in C-c 'C-\'; do
   case="key $key"
   open 80x24 : "${still[@]}"
-  await quit
+  await help
   terminal send-keys -t test "$key"
   left 0
   leftScreen
@@ -142,7 +142,7 @@ done
 
 case='SIGTERM while Ctrl-S holds the output'
 open 80x24 : "$program" "${sound[@]}" --interval 0.1
-await quit
+await help
 terminal send-keys -t test C-s
 process=$(processId)
 wakes() { sed -n 's/^voluntary_ctxt_switches:\t//p' "/proc/$process/status"; }
@@ -160,7 +160,7 @@ finish
 
 case='SIGTERM while the terminal reads nothing'
 open 80x24 : "${still[@]}"
-await quit
+await help
 process=$(processId)
 kill -STOP "$server"
 # Each has the whole screen sent anew; a few dozen of them fill what the kernel holds for the terminal.
@@ -174,13 +174,13 @@ finish
 
 case='Ctrl-Z'
 open 80x24 : "${still[@]}"
-await quit
+await help
 terminal send-keys -t test C-z
 left 148
 # Shells put a stopped program's prompt where its screen was left.
 expect "$case: alternate screen and cursor" '0 1 .*' "$(state)"
 echo fg >"$place/start"
-await quit
+await help
 expect "$case: display after fg" ' Scr         50%  █+▌·+' "$(screen | head -n 1)"
 terminal send-keys -t test q
 left 0
@@ -188,7 +188,7 @@ finish
 
 case='SIGTERM after Ctrl-Z'
 open 80x24 : "${still[@]}"
-await quit
+await help
 terminal send-keys -t test C-z
 left 148
 echo 'end TERM' >"$place/start"
@@ -199,7 +199,7 @@ finish
 # inBackground: opens a display, stops it and lets it go on in the background.
 inBackground() {
   open 80x24 : "$program" "${sound[@]}" --interval 0.1
-  await quit
+  await help
   terminal send-keys -t test C-z
   left 148
   process=$(processId)
@@ -212,7 +212,7 @@ inBackground() {
 case='from the background'
 inBackground
 echo fg >"$place/start"
-await quit
+await help
 expect "$case: display after fg" ' Scr         50%  █+▌·+' "$(screen | head -n 1)"
 terminal send-keys -t test q
 left 0
@@ -232,7 +232,7 @@ finish
 for hangUp in : ''; do
   case="closed terminal, SIGHUP '$hangUp'"
   open 80x24 "$hangUp" "${still[@]}"
-  await quit
+  await help
   terminal kill-pane -t test
   read -r -t 10 -u 4 status || fail "$case: the program did not end"
   expect "$case: status" 0 "$status"
@@ -241,13 +241,13 @@ done
 
 case='gauges of a busy module'
 open 80x24 : "$program" --bundle "$scratch/cores" --interval 3600
-await quit
+await help
 [[ $(terminal capture-pane -p -e -t test) == *75%*$'\e[38;5;167m'▆▆▆▆▆▆▆▆$'\n'* ]] || fail "$case" "$(screen)"
 finish
 
 case='without colour'
 open 80x24 : env NO_COLOR=1 "${still[@]}"
-await quit
+await help
 [[ $(terminal capture-pane -p -e -t test) != *$'\e[3'[0-8]* ]] || fail "$case: there are colours"
 finish
 
@@ -256,4 +256,60 @@ open 80x24 : env TERM=nonesuch "$program" "${sound[@]}" --count 1
 await 04:05
 left 0
 expect "$case: lines" $'before\nvelbar-tty: the terminal type "nonesuch" is unknown, showing plain lines\ncpu .*' "$(screen)"
+finish
+
+# The installed bundle, with its processes, graph and settings.
+case='keys'
+machineWith first $'\e[31mred' '<b>%n' $'a\nb\tc' $'\xe2\x80\xae\xff\xc3\xff\xc3\xff\xc3\xff\xc3\xff\xc3\xff\xc3'
+open 80x24 : "$program" "${busy[@]}" --interval 3600
+await first
+expect "$case: hints" ' q quit  t ranking  c cores  g graph  \? help' "$(screen | tail -n 1)"
+# seen TEXT: until a line of the screen is that, but for blanks at its end.
+seen() {
+  SECONDS=0
+  until screen | sed 's/ *$//' | grep -xF -- "$1" >/dev/null; do ((SECONDS < 10)) || fail "$case: no $1" "$(screen)"; done
+}
+# setting KEY VALUE: until it is in the file.
+setting() {
+  SECONDS=0
+  until grep -sx "$1 = $2" "$XDG_CONFIG_HOME/velbar/settings.ini" >/dev/null; do
+    ((SECONDS < 10)) || fail "$case: $1 is not $2"
+  done
+}
+seen ' Top processes, now'
+terminal send-keys -t test t
+setting cpuTop5Type 0
+seen ' Top processes, average since start'
+case='names of processes'
+seen ' ?????????????         105     50.0'
+seen ' a?b?c                 104     40.0'
+seen ' <b>%n                 103     30.0'
+seen ' ?[31mred              102     20.0'
+seen ' first                 101     10.0'
+case='keys'
+terminal send-keys -t test g
+setting showGraph 1
+await Graph
+terminal send-keys -t test c c
+setting cpucoresdisplayed 2
+terminal send-keys -t test '?'
+seen ' Any key goes back.'
+terminal send-keys -t test q
+seen ' Top processes, average since start'
+terminal send-keys -t test g
+setting showGraph 0
+terminal send-keys -t test q
+left 0
+finish
+
+case='no room for processes'
+# That old, the time of the last reading is not left for later (man 8 mount, relatime).
+touch -a -d '2 days ago' "$scratch"/busy/proc/*/stat
+open 80x12 : "$program" "${busy[@]}" --interval 0.1
+await help
+process=$(processId)
+awaitRefreshes
+[[ -z $(find "$scratch"/busy/proc/ -path '*[0-9]/stat' -atime 0) ]] || fail "$case: they are read"
+terminal resize-window -t test -x 80 -y 24
+seen ' first                 101     10.0'
 finish

@@ -1,0 +1,44 @@
+// All that a display has to show.
+#pragma once
+
+#include <optional>
+
+#include "host/terminal/Item.h"
+#include "host/terminal/ModuleControls.h"
+#include "host/terminal/Panel.h"
+#include "host/terminal/ProcessList.h"
+#include "host/terminal/Readings.h"
+#include "host/terminal/RunningProcessors.h"
+#include "platform/host/VELGraphMultiple.h"
+#include "platform/kernel/Kernel.h"
+
+namespace vel {
+
+struct Content {
+  Item item;
+  Readings readings;
+  std::optional<ProcessList> processes;     ///< none where the module has no panel for them
+  const VELGraphMultiple* graph = nullptr;  ///< the module's; null for none
+};
+
+/// Where the content comes from.
+class ContentSource {
+ public:
+  /// `item` is the module's, null for none.
+  ContentSource(View* item, const Panel& panel, const ModuleControls& controls, Kernel& kernel)
+      : item_(item), panel_(panel), controls_(controls), running_(kernel) {}
+
+  /// Overwrites everything. To be called once a refresh.
+  void read(const CPUData& record, Content& content);
+
+  /// What has changed without a refresh.
+  void readViews(Content& content) const;
+
+ private:
+  View* const item_;
+  const Panel& panel_;
+  const ModuleControls& controls_;
+  RunningProcessors running_;
+};
+
+}  // namespace vel
