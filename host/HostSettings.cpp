@@ -7,6 +7,7 @@ namespace {
 
 constexpr const char* kRefreshInterval = "refreshInterval";
 constexpr const char* kAppearance = "appearance";
+constexpr const char* kPanel = "panel";
 constexpr std::int64_t kDefaultInterval = 1000;
 
 }  // namespace
@@ -27,6 +28,14 @@ Appearance HostSettings::appearance() const {
 
 void HostSettings::setAppearance(Appearance appearance) {
   store_.setObject(static_cast<std::int64_t>(appearance), kAppearance, kSection);
+}
+
+PanelKind HostSettings::panel() const {
+  return store_.objectForKey(kPanel, kSection) == 0 ? PanelKind::compact : PanelKind::expanded;
+}
+
+void HostSettings::setPanel(PanelKind panel) {
+  store_.setObject(static_cast<std::int64_t>(panel), kPanel, kSection);
 }
 
 }  // namespace vel

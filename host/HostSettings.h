@@ -8,6 +8,9 @@
 
 namespace vel {
 
+/// Which of the module's panels a click on the item opens.
+enum class PanelKind : std::uint8_t { compact = 0, expanded = 1 };
+
 class HostSettings {
  public:
   static constexpr const char* kSection = "org.velbar.host";
@@ -22,6 +25,10 @@ class HostSettings {
   /// The desktop's by default, and for a value that means nothing.
   [[nodiscard]] Appearance appearance() const;
   void setAppearance(Appearance appearance);
+
+  /// The expanded one by default, and for a value that means nothing.
+  [[nodiscard]] PanelKind panel() const;
+  void setPanel(PanelKind panel);
 
   static constexpr std::int64_t kShortestInterval = 100;
   static constexpr std::int64_t kLongestInterval = 3'600'000;

@@ -59,7 +59,8 @@ BarWindow::BarWindow(QWidget& item, Edge edge, bool fullWidth, Actions actions)
       item_(item),
       edge_(edge),
       fullWidth_(fullWidth),
-      actions_(std::move(actions)) {
+      actions_(std::move(actions)),
+      screens_([this] { place(); }) {
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_OpaquePaintEvent);
   setWindowTitle(QStringLiteral("Velbar"));
@@ -68,10 +69,7 @@ BarWindow::BarWindow(QWidget& item, Edge edge, bool fullWidth, Actions actions)
   item_.setParent(this);
   item_.installEventFilter(this);
   item_.show();
-  connect(qApp, &QGuiApplication::primaryScreenChanged, this, [this] { followScreens(); });
-  connect(qApp, &QGuiApplication::screenAdded, this, [this] { followScreens(); });
-  connect(qApp, &QGuiApplication::screenRemoved, this, [this] { followScreens(); });
-  followScreens();
+  place();
 }
 
 BarWindow::~BarWindow() {
@@ -82,18 +80,6 @@ BarWindow::~BarWindow() {
 void BarWindow::bringUp() {
   show();
   raise();
-}
-
-void BarWindow::followScreens() {
-  for (const auto& connection : std::exchange(screenConnections_, {})) {
-    disconnect(connection);
-  }
-  const auto again = [this] { place(); };
-  for (const QScreen* screen : QGuiApplication::screens()) {
-    screenConnections_.push_back(connect(screen, &QScreen::geometryChanged, this, again));
-    screenConnections_.push_back(connect(screen, &QScreen::availableGeometryChanged, this, again));
-  }
-  place();
 }
 
 void BarWindow::place() {
@@ -147,20 +133,24 @@ void BarWindow::paintEvent(QPaintEvent* /*event*/) {
   }
 }
 
+QRect BarWindow::itemPlace() const {
+  const QRect item = item_.geometry();
+  return {mapToGlobal(QPoint(item.x(), 0)), QSize(item.width(), height())};
+}
+
 QPoint BarWindow::menuPosition() const {
-  const QPoint corner =
-      edge_ == Edge::top ? item_.geometry().bottomLeft() : item_.geometry().topLeft();
-  return mapToGlobal(QPoint(corner.x(), edge_ == Edge::top ? height() : 0));
+  const QRect place = itemPlace();
+  return edge_ == Edge::top ? QPoint(place.left(), place.bottom() + 1) : place.topLeft();
 }
 
 void BarWindow::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton && item_.geometry().contains(event->position().toPoint())) {
-    actions_.openMenu(menuPosition());
+    actions_.clickItem();
   }
 }
 
 void BarWindow::contextMenuEvent(QContextMenuEvent* /*event*/) {
-  actions_.openMenu(menuPosition());
+  actions_.openMenu();
 }
 
 void BarWindow::keyPressEvent(QKeyEvent* event) {
@@ -171,7 +161,7 @@ void BarWindow::keyPressEvent(QKeyEvent* event) {
     actions_.quit();
   } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
              event->key() == Qt::Key_Space) {
-    actions_.openMenu(menuPosition());
+    actions_.clickItem();
   } else {
     QWidget::keyPressEvent(event);
   }

@@ -1,13 +1,13 @@
 // The window that holds the menu-bar item: a strip at the corner of the screen, or a whole bar.
 #pragma once
 
-#include <QMetaObject>
 #include <QPoint>
+#include <QRect>
 #include <QWidget>
 #include <functional>
-#include <vector>
 
 #include "host/desktop/Options.h"
+#include "host/desktop/ScreenWatcher.h"
 
 namespace vel {
 
@@ -16,7 +16,8 @@ namespace vel {
 class BarWindow : public QWidget {
  public:
   struct Actions {
-    std::function<void(QPoint position)> openMenu;  ///< at a place on the screen
+    std::function<void()> clickItem;
+    std::function<void()> openMenu;
     std::function<void()> openPreferences;
     std::function<void()> quit;
   };
@@ -31,6 +32,11 @@ class BarWindow : public QWidget {
   /// Shows the window, above the others.
   void bringUp();
 
+  /// What hangs from the item hangs from here: over the height of the bar, on the screen.
+  [[nodiscard]] QRect itemPlace() const;
+  /// The corner of that for a menu.
+  [[nodiscard]] QPoint menuPosition() const;
+
  protected:
   bool eventFilter(QObject* object, QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
@@ -40,17 +46,15 @@ class BarWindow : public QWidget {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void followScreens();
   void place();
   void placeItem();
   void reservePlace(const QScreen& screen);
-  [[nodiscard]] QPoint menuPosition() const;
 
   QWidget& item_;
   const Edge edge_;
   const bool fullWidth_;
   const Actions actions_;
-  std::vector<QMetaObject::Connection> screenConnections_;
+  ScreenWatcher screens_;
 };
 
 }  // namespace vel

@@ -1,8 +1,10 @@
 #include "host/desktop/DesktopHost.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <cmath>
 #include <stdexcept>
+#include <utility>
 
 #include "host/Report.h"
 #include "host/desktop/windowing/QtView.h"
@@ -24,6 +26,7 @@ DesktopHost::DesktopHost(const DesktopOptions& options, ModuleSession& session,
       theme_(theme),
       settings_(store),
       interval_(intervalOf(options, settings_)),
+      panelAtStart_(options.panel),
       loop_(session, signals, [this] { refreshed(); }) {
   theme_.setAppearance(settings_.appearance());
   QApplication::setQuitOnLastWindowClosed(options.widget);
@@ -45,22 +48,39 @@ void DesktopHost::startInMenuBar(const DesktopOptions& options, PreferencesStore
     throw std::runtime_error(session_.moduleBundle().directory().string() +
                              ": the module has no menu-bar item");
   }
-  const auto openPreferencesAction = [this] { openPreferences(); };
-  menu_ = std::make_unique<ItemMenu>(
-      texts_, session_.module(),
-      ItemMenu::Actions{openPreferencesAction, [] { QCoreApplication::quit(); }});
+  makeMenu();
   if (options.tray) {
     if (!QSystemTrayIcon::isSystemTrayAvailable()) {
       report("velbar", "no system tray yet; the icon comes with one");
     }
-    tray_ = std::make_unique<TrayItem>(*item, *menu_);
+    tray_ = std::make_unique<TrayItem>(*item, *menu_, [this] { clickItem(); });
   } else {
     bar_ = std::make_unique<BarWindow>(
         *item, options.edge, options.fullWidth,
-        BarWindow::Actions{[this](QPoint position) { menu_->open(position); },
-                           openPreferencesAction, [] { QCoreApplication::quit(); }});
+        BarWindow::Actions{[this] { clickItem(); }, [this] { openMenu(); },
+                           [this] { openPreferences(); }, [] { QCoreApplication::quit(); }});
     bar_->show();
   }
+  makePanel();
+}
+
+void DesktopHost::makeMenu() {
+  menu_ = std::make_unique<ItemMenu>(
+      texts_, session_.module(),
+      ItemMenu::Actions{[this] { return panel(); }, [this](PanelKind panel) { setPanel(panel); },
+                        [this] { openPreferences(); }, [] { QCoreApplication::quit(); }});
+}
+
+void DesktopHost::makePanel() {
+  const auto panel = this->panel();
+  if (!panel) {
+    return;
+  }
+  panel_ = std::make_unique<PanelWindow>(
+      *viewOf(*panel), bar_.get(),
+      PanelWindow::Actions{[this] { return itemPlace(); }, [this] { loop_.refreshTwice(); }});
+  QObject::connect(&menu_->menu(), &QMenu::aboutToHide, panel_.get(), [this] { focusPanel(); });
+  panel_->setWindowTitle(texts_(session_.module().moduleName().c_str()));
 }
 
 void DesktopHost::startAsWidget(const Locale& locale) {
@@ -72,8 +92,69 @@ void DesktopHost::startAsWidget(const Locale& locale) {
 
 void DesktopHost::run() {
   loop_.refreshEvery(interval_);
+  if (panelAtStart_) {
+    openPanel();
+  }
   QApplication::exec();
 }
+
+// --- Panel and menu ---
+
+QWidget* DesktopHost::viewOf(PanelKind panel) const {
+  const ModulePrincipal& module = session_.module();
+  return widgetOf(panel == PanelKind::compact ? module.statusbarCombinedView()
+                                              : module.statusbarStandAloneView());
+}
+
+std::optional<PanelKind> DesktopHost::panel() const {
+  const bool both = viewOf(PanelKind::compact) != nullptr && viewOf(PanelKind::expanded) != nullptr;
+  return both ? std::optional(settings_.panel()) : std::nullopt;
+}
+
+QRect DesktopHost::itemPlace() const {
+  return bar_ ? bar_->itemPlace() : tray_->place();
+}
+
+void DesktopHost::clickItem() {
+  panel_ ? panel_->toggle() : openMenu();
+}
+
+void DesktopHost::openPanel() {
+  if (panel_) {
+    panel_->open();
+  } else if (menu_) {
+    openMenu();
+  }
+}
+
+void DesktopHost::openMenu() {
+  menu_->open(bar_ ? bar_->menuPosition() : QCursor::pos());
+}
+
+void DesktopHost::setPanel(PanelKind panel) {
+  settings_.setPanel(panel);
+  panel_->setPanel(*viewOf(panel));
+  if (general_) {
+    general_->showPanel(panel);
+  }
+}
+
+void DesktopHost::offerEnding(const EndRequest& request) {
+  if (!ender_) {
+    ender_ = std::make_unique<ProcessEnder>(
+        texts_, [this](bool asking) { asking ? void() : focusPanel(); });
+  }
+  ender_->offer(request, session_.kernel().sharesPids());
+}
+
+/// Once a menu or a dialog has closed: the window manager may give the keyboard to another window.
+void DesktopHost::focusPanel() {
+  if (panel_ && panel_->isVisible()) {
+    panel_->activateWindow();
+  }
+}
+
+// --- Windows ---
 
 void DesktopHost::refreshed() {
   if (tray_) {
@@ -93,7 +174,7 @@ void DesktopHost::openPreferences() {
 
 void DesktopHost::makePreferences() {
   general_ = std::make_unique<GeneralPage>(
-      texts_, interval_, settings_.appearance(),
+      texts_, interval_, settings_.appearance(), panel(),
       GeneralPage::Actions{[this](std::int64_t milliseconds) {
                              settings_.setRefreshInterval(milliseconds);
                              loop_.refreshEvery(milliseconds);
@@ -101,7 +182,8 @@ void DesktopHost::makePreferences() {
                            [this](Appearance appearance) {
                              settings_.setAppearance(appearance);
                              theme_.setAppearance(appearance);
-                           }});
+                           },
+                           [this](PanelKind panel) { setPanel(panel); }});
   std::vector<PreferencesWindow::Page> pages;
   if (QWidget* page = widgetOf(session_.module().preferencesModuleView())) {
     pages.push_back({texts_(session_.module().moduleName().c_str()), page});

@@ -67,6 +67,18 @@ void makeDock(const QWidget& window) {
   xcb_flush(server);
 }
 
+void keepOffTaskbars(const QWidget& window) {
+  xcb_connection_t* server = connection();
+  if (server == nullptr) {
+    return;
+  }
+  // Qt adds its own when it shows the window.
+  const std::array<std::uint32_t, 2> states{atom(server, "_NET_WM_STATE_SKIP_TASKBAR"),
+                                            atom(server, "_NET_WM_STATE_SKIP_PAGER")};
+  setProperty(server, window, "_NET_WM_STATE", XCB_ATOM_ATOM, states.data(), 2);
+  xcb_flush(server);
+}
+
 void reserveEdge(const QWidget& window, Edge edge, int thickness, const QRect& screen) {
   xcb_connection_t* server = connection();
   if (server == nullptr) {

@@ -16,6 +16,10 @@ bool isDisplayReachable();
 /// attribute for it has no effect in all of its versions.
 void makeDock(const QWidget& window);
 
+/// Has taskbars and pagers leave the window out. Each time before it is shown: the window manager
+/// forgets it with a window that is hidden.
+void keepOffTaskbars(const QWidget& window);
+
 /// Has the window manager keep `thickness` pixels of the screen's edge free for the window, over
 /// the screen's width (Extended Window Manager Hints, _NET_WM_STRUT_PARTIAL). All in the X server's
 /// pixels.

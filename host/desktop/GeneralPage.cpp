@@ -1,6 +1,5 @@
 #include "host/desktop/GeneralPage.h"
 
-#include <QComboBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLocale>
@@ -39,7 +38,7 @@ QComboBox* addRow(QFormLayout& form, const QString& caption, const QString& name
 }  // namespace
 
 GeneralPage::GeneralPage(const Texts& texts, std::int64_t refreshInterval, Appearance appearance,
-                         const Actions& actions) {
+                         std::optional<PanelKind> panel, const Actions& actions) {
   auto* form = new QFormLayout(this);
   form->setFormAlignment(Qt::AlignTop | Qt::AlignLeft);
   form->setLabelAlignment(Qt::AlignRight);
@@ -59,6 +58,21 @@ GeneralPage::GeneralPage(const Texts& texts, std::int64_t refreshInterval, Appea
   look->setCurrentIndex(static_cast<int>(appearance));
   connect(look, &QComboBox::activated, this,
           [set = actions.setAppearance](int index) { set(static_cast<Appearance>(index)); });
+
+  if (panel) {
+    panel_ = addRow(*form, texts("&Panel:"), texts("Panel"));
+    panel_->setObjectName(QStringLiteral("panel"));
+    panel_->addItems({texts("Compact"), texts("Expanded")});
+    showPanel(*panel);
+    connect(panel_, &QComboBox::activated, this,
+            [set = actions.setPanel](int index) { set(static_cast<PanelKind>(index)); });
+  }
+}
+
+void GeneralPage::showPanel(PanelKind panel) {
+  if (panel_ != nullptr) {
+    panel_->setCurrentIndex(static_cast<int>(panel));
+  }
 }
 
 }  // namespace vel

@@ -1,10 +1,13 @@
-// The menu of the item: the module's own, then the host's.
+// The menu of the item: the module's own, then the host's: which panel, the preferences, the end.
 #pragma once
 
+#include <QActionGroup>
 #include <QMenu>
 #include <QPoint>
 #include <functional>
+#include <optional>
 
+#include "host/HostSettings.h"
 #include "host/desktop/Texts.h"
 #include "platform/host/ModulePrincipal.h"
 
@@ -14,6 +17,8 @@ namespace vel {
 class ItemMenu {
  public:
   struct Actions {
+    std::function<std::optional<PanelKind>()> panel;  ///< the chosen one, if there is a choice
+    std::function<void(PanelKind)> setPanel;
     std::function<void()> openPreferences;
     std::function<void()> quit;
   };
@@ -28,11 +33,13 @@ class ItemMenu {
 
  private:
   void fill();
+  void addPanels(PanelKind chosen);
 
   const Texts& texts_;
   ModulePrincipal& module_;
   const Actions actions_;
   QMenu menu_;
+  QActionGroup panels_{&menu_};
 };
 
 }  // namespace vel

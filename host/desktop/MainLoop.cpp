@@ -4,6 +4,12 @@
 #include <utility>
 
 namespace vel {
+namespace {
+
+/// Between two samples that are near each other: some forty ticks of each processor.
+constexpr int kSoon = 400;  // milliseconds
+
+}  // namespace
 
 MainLoop::MainLoop(ModuleSession& session, Signals& signals, std::function<void()> updated)
     : session_(session),
@@ -15,6 +21,8 @@ MainLoop::MainLoop(ModuleSession& session, Signals& signals, std::function<void(
     session_.mainQueue().drain();
     updated_();
   });
+  second_.setSingleShot(true);
+  QObject::connect(&second_, &QTimer::timeout, &second_, [this] { refreshEvery(interval_); });
   QObject::connect(&signals_, &QSocketNotifier::activated, &signals_, [&signals] {
     while (signals.next()) {
       QCoreApplication::quit();
@@ -23,14 +31,27 @@ MainLoop::MainLoop(ModuleSession& session, Signals& signals, std::function<void(
 }
 
 void MainLoop::refreshEvery(std::int64_t milliseconds) {
+  second_.stop();
+  interval_ = milliseconds;
   beats_.reset();
   timer_.emplace(static_cast<double>(milliseconds) / 1000.0);
   beats_ = std::make_unique<QSocketNotifier>(timer_->descriptor(), QSocketNotifier::Read);
-  QObject::connect(beats_.get(), &QSocketNotifier::activated, beats_.get(), [this] { refresh(); });
+  QObject::connect(beats_.get(), &QSocketNotifier::activated, beats_.get(), [this] { beat(); });
+}
+
+void MainLoop::refreshTwice() {
+  refresh();
+  // A beat in between would leave it less than that to compare with.
+  beats_.reset();
+  second_.start(kSoon);
+}
+
+void MainLoop::beat() {
+  timer_->acknowledge();
+  refresh();
 }
 
 void MainLoop::refresh() {
-  timer_->acknowledge();
   session_.module().updateModel();
   // A changed number of gauges comes before their values.
   session_.mainQueue().drain();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QSocketNotifier>
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -23,7 +24,12 @@ class MainLoop {
   /// Starts the refresh, or its beat anew with another interval, in milliseconds.
   void refreshEvery(std::int64_t milliseconds);
 
+  /// Refreshes now and again soon, from where the beat goes on: for views that have not been on
+  /// screen, as shares of processes need two samples that are near each other.
+  void refreshTwice();
+
  private:
+  void beat();
   void refresh();
 
   ModuleSession& session_;
@@ -32,6 +38,8 @@ class MainLoop {
   QSocketNotifier signals_;
   std::optional<RefreshTimer> timer_;
   std::unique_ptr<QSocketNotifier> beats_;
+  std::int64_t interval_ = 0;  ///< in milliseconds
+  QTimer second_;              ///< of the two refreshes
 };
 
 }  // namespace vel

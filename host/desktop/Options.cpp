@@ -1,7 +1,7 @@
 #include "host/desktop/Options.h"
 
 #include <CLI/CLI.hpp>
-#include <array>
+#include <initializer_list>
 #include <string>
 #include <utility>
 
@@ -13,8 +13,9 @@ constexpr const char* kDescription =
     "velbar-tty, its display for terminals, in its place.";
 
 constexpr const char* kFooter =
-    "A click on the item opens its menu; with the keyboard on it, Return and the menu\n"
-    "key do, Ctrl+comma opens the preferences and Ctrl+Q quits. Settings lie in\n"
+    "A click on the item opens its panel, the other mouse button its menu; with the\n"
+    "keyboard on it, Return and the menu key do, Ctrl+comma opens the preferences and\n"
+    "Ctrl+Q quits. Escape closes the panel. Settings lie in\n"
     "$XDG_CONFIG_HOME/velbar/settings.ini.";
 
 void addEdge(CLI::App& app, Edge& edge) {
@@ -39,25 +40,32 @@ void addSnapshot(CLI::App& app, std::optional<std::filesystem::path>& directory)
            }
            directory = text;
          },
-         "Write pictures of the item and the\n"
-         "preferences into this directory, made if it\n"
-         "is missing, and end; needs no display")
+         "Write pictures of the item, the panels and\n"
+         "the preferences into this directory, made if\n"
+         "it is missing, and end; needs no display")
       ->type_name("DIR");
 }
 
-void requireOneWay(const DesktopOptions& options) {
-  const std::array<std::pair<const char*, bool>, 4> ways{
-      {{"--bar", options.fullWidth},
-       {"--tray", options.tray},
-       {"--widget", options.widget},
-       {"--snapshot", options.snapshots.has_value()}}};
+using Given = std::pair<const char*, bool>;
+
+void requireAtMostOne(std::initializer_list<Given> options) {
   const char* first = nullptr;
-  for (const auto& [name, given] : ways) {
+  for (const auto& [name, given] : options) {
     if (given && first != nullptr) {
       throw CLI::ExcludesError(first, name);
     }
     first = given ? name : first;
   }
+}
+
+void requireOneWay(const DesktopOptions& options) {
+  const Given widget{"--widget", options.widget};
+  const Given snapshot{"--snapshot", options.snapshots.has_value()};
+  const Given panel{"--panel", options.panel};
+  requireAtMostOne({{"--bar", options.fullWidth}, {"--tray", options.tray}, widget, snapshot});
+  requireAtMostOne({widget, snapshot, panel});
+  // The one takes the keyboard from the other, which closes it.
+  requireAtMostOne({{"--preferences", options.preferences}, panel});
 }
 
 }  // namespace
@@ -77,6 +85,7 @@ std::optional<CommandLineAnswer> parseDesktopOptions(int argc, const char* const
   addFlag("--widget", options.widget, "A small window instead of the menu bar");
   addFlag("--preferences", options.preferences,
           "Open the preferences, of the Velbar that is\nrunning already if there is one");
+  addFlag("--panel", options.panel, "Open the panel, likewise");
   addSnapshot(app, options.snapshots);
   options.addTo(app);
   app.callback([&options] { requireOneWay(options); });

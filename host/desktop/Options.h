@@ -17,6 +17,7 @@ struct DesktopOptions : HostOptions {
   bool tray = false;
   bool widget = false;
   bool preferences = false;  ///< opened at the start, or in the Velbar that runs already
+  bool panel = false;        ///< so too
   std::optional<std::filesystem::path> snapshots;
 };
 

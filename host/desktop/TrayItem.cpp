@@ -53,16 +53,22 @@ void paintPlate(QPainter& painter, int size) {
 
 }  // namespace
 
-TrayItem::TrayItem(QWidget& item, ItemMenu& menu) : item_(item) {
+TrayItem::TrayItem(QWidget& item, ItemMenu& menu, const std::function<void()>& clicked)
+    : item_(item) {
   icon_.setContextMenu(&menu.menu());
   QObject::connect(&icon_, &QSystemTrayIcon::activated, &icon_,
-                   [&menu](QSystemTrayIcon::ActivationReason reason) {
+                   [clicked](QSystemTrayIcon::ActivationReason reason) {
                      if (reason == QSystemTrayIcon::Trigger) {
-                       menu.open(QCursor::pos());
+                       clicked();
                      }
                    });
   refresh();
   icon_.show();
+}
+
+QRect TrayItem::place() const {
+  const QRect place = icon_.geometry();
+  return place.isEmpty() ? QRect(QCursor::pos(), QSize(1, 1)) : place;
 }
 
 void TrayItem::refresh() {

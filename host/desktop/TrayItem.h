@@ -3,6 +3,7 @@
 
 #include <QSystemTrayIcon>
 #include <QWidget>
+#include <functional>
 
 #include "host/desktop/ItemMenu.h"
 
@@ -13,7 +14,10 @@ namespace vel {
 class TrayItem {
  public:
   /// `item` and `menu` outlive this object.
-  TrayItem(QWidget& item, ItemMenu& menu);
+  TrayItem(QWidget& item, ItemMenu& menu, const std::function<void()>& clicked);
+
+  /// On the screen; the pointer's, which has just clicked on it, where the tray does not tell.
+  [[nodiscard]] QRect place() const;
 
   /// To be called after a refresh and a changed setting. Sends the tray a new icon only when it
   /// looks different.

@@ -9,6 +9,7 @@
 #include <exception>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "host/InstalledFiles.h"
@@ -22,6 +23,7 @@
 #include "host/desktop/SingleInstance.h"
 #include "host/desktop/Snapshot.h"
 #include "host/desktop/Texts.h"
+#include "host/desktop/kit/EndRequest.h"
 #include "host/desktop/kit/Kit.h"
 #include "host/desktop/kit/Theme.h"
 #include "host/desktop/windowing/QtNib.h"
@@ -35,6 +37,7 @@ namespace {
 
 constexpr const char* kProgram = "velbar";
 constexpr const char* kOpenPreferences = "preferences";
+constexpr const char* kOpenPanel = "panel";
 constexpr const char* kBringUp = "show";
 
 int answer(const CommandLineAnswer& answer) {
@@ -67,15 +70,16 @@ int answer(const CommandLineAnswer& answer) {
 }
 
 ModuleSession makeSession(const DesktopOptions& options, std::vector<std::string> arguments,
-                          const Locale& locale, const Bundle* hostBundle, Workspace& workspace) {
+                          const Locale& locale, const Bundle* hostBundle, Workspace& workspace,
+                          OfferEnding offerEnding) {
   return {kProgram,
           options,
           std::move(arguments),
           locale,
           hostBundle,
-          {[](auto problem) {
+          {[offerEnding = std::move(offerEnding)](auto problem) {
              auto loader = std::make_unique<QtNibLoader>(std::move(problem));
-             registerKit(*loader);
+             registerKit(*loader, offerEnding);
              return loader;
            },
            workspace}};
@@ -83,7 +87,9 @@ ModuleSession makeSession(const DesktopOptions& options, std::vector<std::string
 
 /// What the one that runs already has been asked to do.
 int tellFirst(const SingleInstance& instance, const DesktopOptions& options) {
-  const bool told = instance.tell(options.preferences ? kOpenPreferences : kBringUp);
+  const bool told = instance.tell(options.preferences ? kOpenPreferences
+                                  : options.panel     ? kOpenPanel
+                                                      : kBringUp);
   report(kProgram, told ? "already running" : "already running, but does not answer");
   return told ? 0 : 1;
 }
@@ -106,11 +112,17 @@ int showOnDesktop(const DesktopOptions& options, std::vector<std::string> argume
   GlobalQueue writing(1);
   SettingsStore store(settingsPath(), writing,
                       [](const std::string& message) { report(kProgram, message); });
-  ModuleSession session = makeSession(options, std::move(arguments), locale, bundle, workspace);
+  OfferEnding offerEnding;
+  ModuleSession session =
+      makeSession(options, std::move(arguments), locale, bundle, workspace,
+                  [&offerEnding](const EndRequest& request) { offerEnding(request); });
   DesktopHost host(options, session, store, texts, locale, theme, signals);
+  offerEnding = [&host](const EndRequest& request) { host.offerEnding(request); };
   const InstanceListener listener(instance, [&host](std::string_view word) {
     if (word == kOpenPreferences) {
       host.openPreferences();
+    } else if (word == kOpenPanel) {
+      host.openPanel();
     } else if (word == kBringUp) {
       host.bringUp();
     }
@@ -126,7 +138,7 @@ int snapshot(const DesktopOptions& options, std::vector<std::string> arguments) 
   const Bundle* bundle = hostBundle ? &*hostBundle : nullptr;
   Theme theme;
   DesktopWorkspace workspace(bundle);
-  ModuleSession session = makeSession(options, std::move(arguments), locale, bundle, workspace);
+  ModuleSession session = makeSession(options, std::move(arguments), locale, bundle, workspace, {});
   session.initMainApp();
   takeSnapshots(*options.snapshots, session, Texts(bundle), theme);
   return 0;

@@ -11,7 +11,7 @@ namespace vel {
 void TextLabel::paintEvent(QPaintEvent* event) {
   const QFontMetrics metrics = fontMetrics();
   const QRect room = contentsRect().adjusted(margin(), margin(), -margin(), -margin());
-  if (textFormat() != Qt::PlainText || wordWrap() ||
+  if (textFormat() != Qt::PlainText || wordWrap() || buddy() != nullptr ||
       metrics.horizontalAdvance(text()) <= room.width()) {
     QLabel::paintEvent(event);
     return;

@@ -6,7 +6,8 @@
 
 namespace vel {
 
-/// Elides what is in Qt::PlainText and does not wrap; else as any label.
+/// Elides what is in Qt::PlainText and does not wrap; else as any label, and so is the caption of a
+/// control, in which an ampersand marks a key.
 class TextLabel : public QLabel {
  public:
   using QLabel::QLabel;

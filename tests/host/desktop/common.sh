@@ -80,6 +80,14 @@ menuWindow() {
 isThere() { [[ -n $(windowNamed "$1") ]]; }
 isGone() { [[ -z $(windowNamed "$1") ]]; }
 
+# point WINDOW: moves the pointer to its middle.
+point() {
+  local x y width height
+  read -r x y width height < <(geometry "$1")
+  xdotool mousemove $((x + width / 2)) $((y + height / 2))
+}
+hasFocus() { [[ $(xdotool getwindowfocus) == "$1" ]]; }
+
 # geometry WINDOW: "x y width height" on the screen.
 geometry() {
   xwininfo -id "$1" | awk '/Absolute upper-left X/ { x = $NF } /Absolute upper-left Y/ { y = $NF }
@@ -87,11 +95,12 @@ geometry() {
 }
 isAt() { [[ $(geometry "$1") == "$2" ]]; }
 
-# setting KEY: the value in the file's section of the module; empty if there is none.
+# setting KEY [BUNDLE]: the value in the file's section of the module, or of another bundle; empty if there is none.
 setting() {
-  awk -v key="$1" '/^\[/ { inside = $0 == "[org.velbar.cpu]" } inside && $1 == key { print $3 }' "$settings" 2>/dev/null || :
+  awk -v key="$1" -v section="[${2:-org.velbar.cpu}]" '/^\[/ { inside = $0 == section } inside && $1 == key { print $3 }' \
+    "$settings" 2>/dev/null || :
 }
-isSet() { [[ $(setting "$1") == "$2" ]]; }
+isSet() { [[ $(setting "$1" "${@:3}") == "$2" ]]; }
 
 # pixels WINDOW CONDITION: how many pixels of the window hold it, an expression of awk in r, g and b (0 to 255).
 pixels() {

@@ -16,12 +16,14 @@ done
 refuses 2 '--edge: expected once, as --edge EDGE' --edge
 refuses 2 '--bar excludes --tray' --tray --bar
 refuses 2 '--widget excludes --snapshot' --widget --snapshot "$scratch/out"
+refuses 2 '--widget excludes --panel' --panel --widget
+refuses 2 '--preferences excludes --panel' --panel --preferences
 refuses 2 '--tray takes no value' --tray=yes
 refuses 2 '--snapshot: "" is not a directory' --snapshot ''
 refuses 2 '--interval: "0" is not a number of seconds from 0\.1 to 3600' --interval 0
 refuses 2 'unknown option --trey' --trey
 refuses 1 '/dev/null/x: Not a directory' --snapshot /dev/null/x
-refuses 1 "/proc/self/item-[a-z-]*\.png: cannot be written" --snapshot /proc/self
+refuses 1 "/proc/self/panel-[a-z-]*\.png: cannot be written" --snapshot /proc/self
 
 # The module's nibs: what is wrong, in which file.
 # broken EDIT PATTERN: an edit of the menu-bar nib, for sed.
@@ -40,7 +42,7 @@ refuses 1 "$scratch/bundle/VELViewsController\.ui: No such file or directory" \
 
 help=$("$program" --help)
 [[ -z $(awk 'length > 80' <<<"$help") ]] || fail "--help is too wide" "$help"
-for word in --edge --bar --tray --widget --preferences --snapshot --interval settings.ini velbar-tty; do
+for word in --edge --bar --tray --widget --preferences --panel --snapshot --interval settings.ini velbar-tty; do
   [[ $help == *"$word"* ]] || fail "--help does not mention $word"
 done
 for sink in '>/dev/full' '>&-'; do
@@ -51,13 +53,15 @@ done
 output=$(DISPLAY='' timeout 60 "$program" --tray --interval 0.1 2>&1 | head -n 2)
 [[ $output == "velbar: no display can be reached, starting in the terminal"*"cpu "*"load "* ]] || fail "$output"
 
-# Pictures need none: every style, sort of core and page, light and dark.
+# Pictures need none: every style, sort of core, panel and page, light and dark.
 DISPLAY='' "$program" --snapshot "$scratch/pictures" 2>"$scratch/errors" || fail "$(<"$scratch/errors")"
 [[ ! -s $scratch/errors ]] || fail "$(<"$scratch/errors")"
 for appearance in light dark; do
   count=$(ls "$scratch/pictures"/item-*-$appearance.png | wc -l)
   kinds=$(cat <(cksum "$scratch"/pictures/item-*-total-$appearance.png | cut -d' ' -f1) | sort -u | wc -l)
   ((count == 12 && kinds == 4)) || fail "$count $appearance items, of which $kinds differ"
+  heights=$(identify -format '%h\n' "$scratch"/pictures/panel-*-$appearance.png | sort -n | xargs)
+  [[ $heights == '78 116 116 282 316 316' ]] || fail "the $appearance panels' heights are $heights"
   [[ -s $scratch/pictures/preferences-1-$appearance.png ]] || fail "no $appearance preferences"
 done
 [[ ! -e $settings ]] || fail "the pictures have written settings"
