@@ -103,18 +103,16 @@ TEST_F(ProcessesTest, FoldsChildrenIntoTheirParents) {
   };
   const std::pair<std::vector<Listed>, const char*> cases[] = {
       {{}, ""},
-      {{{1, 0, "init"}, {2, 0, "k"}, {3, 1, "a"}}, "1 init; 2 k; 3 a"},
+      {{{1, 0, "init"}, {2, 0, "k"}, {3, 1, "%s\x1b[1m\xff<b>&%n123"}},
+       "1 init; 2 k; 3 %s\x1b[1m\xff<b>&%n123"},
       // A shell in a terminal.
       {{{1, 0, "init"}, {10, 1, "term"}, {11, 10, "login"}, {12, 11, "sh"}, {13, 12, "vi"}},
        "1 init; 10 term <11; 11 - <12; 12 - <13"},
-      {{{10, 20, "a"}, {20, 1, "b"}}, "20 b <10"},
-      {{{2, 1, "a"}, {3, 2, "b"}, {4, 2, "c"}}, "2 a <4 <3"},
+      {{{2, 1, "a"}, {3, 2, "b"}, {4, 2, "c"}, {10, 20, "d"}, {20, 1, "e"}}, "2 a <4 <3; 20 e <10"},
       {{{2, 1, "a"}, {3, 1, ""}, {4, 1, "c"}, {5, 3, "d"}}, "2 a; 3 - <5; 4 c"},
       {{{2, 1, "a"}, {3, 2, "ended", {}, true}}, "2 a; 3 ended"},
       {{{2, 1, "a"}, {3, 2, "b", 1}, {4, 1, "c", 2}}, "2 a <4; 3 b"},
-      {{{3, 3, "its own parent"}, {4, -5, "c"}}, "3 - <3; 4 c"},
-      {{{3, 1, "%s\x1b[1m\xff<b>&%n123"}}, "3 %s\x1b[1m\xff<b>&%n123"},
-  };
+      {{{3, 3, "its own parent"}, {4, -5, "c"}}, "3 - <3; 4 c"}};
   for (const auto& [listed, text] : cases) {
     machine.kernel.processes.clear();
     for (const auto& [pid, parent, name, parentNow, gone] : listed) {
@@ -122,9 +120,8 @@ TEST_F(ProcessesTest, FoldsChildrenIntoTheirParents) {
       process.parentNow = parentNow;
       process.gone = gone;
     }
-    ProcessTable table;
-    EXPECT_TRUE(info.ProcessesInformation(table));
-    EXPECT_EQ(describe(table), text);
+    readAfter(0);
+    EXPECT_EQ(describe(info.allProcInfos()), text);
   }
 }
 
@@ -136,44 +133,35 @@ TEST_F(ProcessesTest, AddsUpAProcessAndItsChildren) {
   start(6, 2, "unreadable").figures.reset();
   // Both times together round to another float than one by one.
   start(7, 1, "old", 16'777'216.75).figures->systemNanoseconds = 750'000'000;
-  start(8, 1, "ended", 5, 3).gone = true;
   readAfter(0.25);
-  EXPECT_EQ(entry(2).threads, 18);
-  EXPECT_EQ(entry(2).totalCPUTime, 4.0F);
-  EXPECT_EQ(entry(2).virtualSize, 16'777'216.0F);
-  EXPECT_EQ(entry(2).residentSize, 0.0F);
-  EXPECT_EQ(entry(2).runningTime, 100.25);
-  EXPECT_EQ(entry(4).threads, 6);  // without a name, and counted once more with the parent
-  EXPECT_EQ(entry(4).residentSize, 7.0F);
-  EXPECT_EQ(entry(7).totalCPUTime, 16'777'218.0F);
-  EXPECT_EQ(entry(8).totalCPUTime, 0.0F);
+  const auto sums = [this](std::int32_t pid) {
+    const ProcessTable::Entry& sum = entry(pid);
+    return std::tuple(sum.threads, sum.totalCPUTime, sum.virtualSize, sum.residentSize,
+                      sum.runningTime);
+  };
+  EXPECT_EQ(sums(2), std::tuple(18, 4.0F, 16'777'216.0F, 0.0F, 100.25));
+  // Without a name, and counted once more with the parent.
+  EXPECT_EQ(sums(4), std::tuple(6, 64.0F, 16'777'216.0F, 7.0F, 0.0));
+  EXPECT_EQ(sums(7), std::tuple(1, 16'777'218.0F, 0.0F, 0.0F, 100.25));
 }
 
 TEST_F(ProcessesTest, SharesSinceTheReadingBefore) {
-  struct Case {
-    const char* what;
-    double age;      ///< of the process at the first reading
-    double before;   ///< CPU seconds at the first reading
-    double used;     ///< CPU seconds between the two
-    double elapsed;  ///< seconds between the two
-    std::optional<float> share;
-  };
   constexpr double kPrecise = 8'388'608.0;  // from here on a float holds whole numbers only
-  const Case cases[] = {
-      {"one and a half cores", 100, 7, 3, 2, 1.5F},
-      {"no time between", 100, 7, 3, 0, std::nullopt},
-      {"the clock set back", 100, 7, 3, -2, -1.5F},
-      {"lost in the running time", kPrecise, 7, 3, 0.4, std::nullopt},
-      {"rounded with the running time", kPrecise, 7, 3, 1.6, 1.5F},
-      {"lost in the CPU time", 2 * kPrecise, 2 * kPrecise, 0.5, 4, 0.0F},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    start(2, 1, "a", c.before, c.age);
-    info.getAllProcessInfos();
-    use(2, c.used);
-    readAfter(c.elapsed);
-    EXPECT_EQ(entry(2).CPUDynamic, c.share);
+  // The age and the CPU seconds at the first reading; CPU seconds and seconds between the two.
+  const std::tuple<double, double, double, double, std::optional<float>> cases[] = {
+      {100, 7, 3, 2, 1.5F},
+      {100, 7, 3, 0, std::nullopt},
+      {100, 7, 3, -2, -1.5F},
+      // Lost in the running time, rounded with it, and lost in the CPU time.
+      {kPrecise, 7, 3, 0.4, std::nullopt},
+      {kPrecise, 7, 3, 1.6, 1.5F},
+      {2 * kPrecise, 2 * kPrecise, 0.5, 4, 0.0F}};
+  for (const auto& [age, before, used, elapsed, share] : cases) {
+    start(2, 1, "a", before, age);
+    readAfter(0);
+    use(2, used);
+    readAfter(elapsed);
+    EXPECT_EQ(entry(2).CPUDynamic, share) << age << ' ' << elapsed;
   }
 }
 
@@ -191,20 +179,17 @@ TEST_F(ProcessesTest, ComparesOnlyWhatBothReadingsHave) {
   readAfter(1);
   EXPECT_EQ(entry(2).CPUDynamic, -4.0F);
   EXPECT_EQ(entry(5).CPUDynamic, 0.1F);  // 8 seconds less in 80 seconds less
-  EXPECT_EQ(entry(3).CPUDynamic, std::nullopt);
-  EXPECT_EQ(entry(6).CPUDynamic, std::nullopt);
+  EXPECT_FALSE(entry(3).CPUDynamic || entry(6).CPUDynamic);
 
   machine.kernel.processes.at(3).gone = false;  // a child again, so without a running time
   machine.kernel.processes.at(5).parentNow = 6;
   readAfter(1);
   EXPECT_EQ(entry(3).CPUDynamic, -4.0F / 101.0F);
   EXPECT_EQ(entry(6).CPUDynamic, 1.0F);
-  EXPECT_EQ(info.allProcInfos().find(5), nullptr);
 
   machine.kernel.processesListable = false;
   readAfter(1);
-  EXPECT_TRUE(info.allProcInfos().entries().empty());
-  EXPECT_EQ(info.allProcInfos().find(6), nullptr);
+  EXPECT_TRUE(info.allProcInfos().entries().empty() && info.allProcInfos().find(6) == nullptr);
   machine.kernel.processesListable = true;
   for (const std::optional<float> share : {std::optional<float>(), std::optional(0.0F)}) {
     readAfter(1);
@@ -216,25 +201,23 @@ constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
 TEST(TopFive, KeepsTheHeaviestInOrder) {
-  const auto ranked = [](const std::vector<float>& weights) {
-    std::vector<ProcessTable::Entry> entries(weights.size());
+  const std::pair<std::vector<float>, const char*> cases[] = {
+      {{1, 2, 3, 4, 5, 6, 7}, "65432"}, {{7, 6, 5, 4, 3, 2, 1}, "01234"},
+      {{0, 0, 0, 0, 0, 0, 1}, "60123"}, {{kNaN, 1, kInfinity, 3, kNaN, -1, 2}, "23615"},
+      {{kNaN, 2, kNaN, 3}, "3102"},
+  };
+  for (const auto& [weights, expected] : cases) {
+    const std::vector<ProcessTable::Entry> entries(weights.size());
     TopFive top;
     for (std::size_t i = 0; i < weights.size(); ++i) {
-      entries[i].pid = static_cast<std::int32_t>(i);
       top.offer(entries[i], weights[i]);
     }
     std::string places;
     for (const ProcessTable::Entry* const entry : top.entries()) {
-      places += std::to_string(entry->pid);
+      places += std::to_string(entry - entries.data());
     }
-    return places;
-  };
-  EXPECT_EQ(ranked({1, 2, 3, 4, 5, 6, 7}), "65432");
-  EXPECT_EQ(ranked({7, 6, 5, 4, 3, 2, 1}), "01234");
-  EXPECT_EQ(ranked({0, 0, 0, 0, 0, 0, 1}), "60123");
-  EXPECT_EQ(ranked({0, 0, 0, 0, 0, 0}), "01234");
-  EXPECT_EQ(ranked({kNaN, 1, kInfinity, 3, kNaN, -1, 2}), "23615");
-  EXPECT_EQ(ranked({kNaN, 2, kNaN, 3}), "3102");
+    EXPECT_EQ(places, expected);
+  }
 }
 
 using Rows = std::vector<std::string>;
@@ -247,16 +230,17 @@ Rows texts(const std::optional<std::vector<ProcessEntry>>& rows) {
   return result;
 }
 
-TEST_F(ProcessesTest, RanksByTheCurrentShare) {
+TEST_F(ProcessesTest, RanksByBothShares) {
   machine.locale = Locale(",");
   EXPECT_EQ(texts(info.getTop5CPUProccesses()), Rows{});
   start(10, 1, "too young", 0, 8);
   start(11, 1, "old enough", 0, 9);
-  start(12, 1, "parent");
+  start(12, 1, "parent", 0, 28);
   start(13, 12, "carrier");
   start(14, 13, "helper");
-  start(15, 1, "many cores");
-  start(16, 1, "idle");
+  start(15, 1, "many cores", 59, 62);
+  start(16, 1, "idle", 16, 62);
+  start(17, 1, "past the bound", 29, 29);
   readAfter(0);
   use(10, 9);
   use(11, 0.75);
@@ -264,23 +248,19 @@ TEST_F(ProcessesTest, RanksByTheCurrentShare) {
   use(14, 9);
   use(15, 5);
   readAfter(2);
-  EXPECT_EQ(texts(info.getTop5CPUProccesses()), (Rows{"many cores 15 250,0%", "old enough 11 37,5%",
-                                                      "parent 12 25,0%", "idle 16 0,0%"}));
-}
-
-TEST_F(ProcessesTest, RanksByTheAverageShare) {
-  start(10, 1, "half", 300, 600);
-  start(11, 1, "tenth", 60, 600);
-  start(12, 1, "at the bound", 30, 30);
-  start(13, 1, "past the bound", 31, 31);
-  start(14, 12, "carrier", 99, 600);
-  start(15, 14, "helper", 99, 600);
-  readAfter(0);
+  EXPECT_EQ(texts(info.getTop5CPUProccesses()),
+            (Rows{"many cores 15 250,0%", "old enough 11 37,5%", "parent 12 25,0%",
+                  "past the bound 17 0,0%", "idle 16 0,0%"}));
   EXPECT_EQ(texts(info.getTop5CPUProccessesAvgSinceProcessStart()),
-            (Rows{"past the bound 13 100.0", "half 10 50.0", "tenth 11 10.0"}));
+            (Rows{"many cores 15 100,0", "past the bound 17 93,5", "idle 16 25,0"}));
 }
 
 TEST_F(ProcessesTest, RanksByResidentMemory) {
+  TemporaryDirectory host;
+  std::filesystem::create_directory(host.path + "/fr.lproj");
+  std::ofstream(host.path + "/Info.strings") << R"("identifier" = "host";)";
+  std::ofstream(host.path + "/fr.lproj/Localizable.strings") << R"("GB" = "%n";)";
+  machine.mainBundle = openBundle(host.path.c_str(), {"fr"});
   start(2, 1, "small");
   start(3, 1, "large").figures->residentBytes = 1'610'612'736;
   start(4, 3, "carrier").figures->residentBytes = 536'870'912;
@@ -290,30 +270,21 @@ TEST_F(ProcessesTest, RanksByResidentMemory) {
   for (const MemoryEntry& row : info.getTop5MemoryProccesses()) {
     rows.push_back(row.name + " " + row.pid + " " + row.realSize);
   }
-  EXPECT_EQ(rows, (Rows{"large 3 2.0 GB", "- 4 512 MB", "small 2 0 MB"}));
+  EXPECT_EQ(rows, (Rows{"large 3 2.0 %n", "- 4 512 MB", "small 2 0 MB"}));
 }
 
 TEST_F(ProcessesTest, ListsWhoIsAboveTheThreshold) {
-  struct Case {
-    float threshold;
-    double used;  ///< CPU seconds in one second
-    bool listed;
-  };
-  const Case cases[] = {
-      {50, 0.51, true},      {50, 0.5, false}, {30, 0.3, true},  // the nearest float is above 0.3
-      {0, 9, false},         {-5, 0, true},    {999, 9.5, false},
-      {kInfinity, 9, false}, {70, 0.7, false},  // and the nearest to 0.7 is below
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.threshold);
-    VELCPUProcessesInfo fresh;
-    fresh.setNotificationThreshold(c.threshold);
+  // The float nearest to 0.3 is above it, the one nearest to 0.7 below.
+  const std::tuple<float, double, Rows> cases[] = {
+      {50, 0.51, {"7"}}, {50, 0.5, {}},  {30, 0.3, {"7"}},  {70, 0.7, {}},
+      {0, 9, {}},        {-5, 0, {"7"}}, {kInfinity, 9, {}}};
+  for (const auto& [threshold, used, listed] : cases) {
+    info.setNotificationThreshold(threshold);
     start(7, 1, "young", 0, 0);
-    fresh.getAllProcessInfos();
-    use(7, c.used);
-    machine.clock.sleep(1);
-    fresh.getAllProcessInfos();
-    EXPECT_EQ(fresh.getCPUProccessesForNotification(), c.listed ? Rows{"7"} : Rows{});
+    readAfter(0);
+    use(7, used);
+    readAfter(1);
+    EXPECT_EQ(info.getCPUProccessesForNotification(), listed) << threshold;
   }
 }
 
@@ -327,13 +298,6 @@ TEST_F(ProcessesTest, WritesSizes) {
   for (const auto& [bytes, text] : cases) {
     EXPECT_EQ(info.doubleCapacityDiskToString(bytes), text);
   }
-  TemporaryDirectory host;
-  std::filesystem::create_directory(host.path + "/fr.lproj");
-  std::ofstream(host.path + "/Info.strings") << R"("identifier" = "host";)";
-  std::ofstream(host.path + "/fr.lproj/Localizable.strings") << R"("MB" = "Mo"; "GB" = "%n";)";
-  machine.mainBundle = openBundle(host.path.c_str(), {"fr"});
-  EXPECT_EQ(info.doubleCapacityDiskToString(1'048'576), "1 Mo");
-  EXPECT_EQ(info.doubleCapacityDiskToString(kGB), "1,0 %n");
 }
 
 TEST_F(ProcessesTest, AnswersAboutOneProcess) {
@@ -358,9 +322,10 @@ TEST_F(ProcessesTest, KeepsItsStorageWhileProcessesComeAndGo) {
   constexpr std::int32_t kProcesses = 300;
   constexpr std::int32_t kStride = 4096;  // pids that a poor hash would put into one place
   constexpr std::int32_t kEnding = 7;     // processes that end before each reading
-  std::int32_t oldest = 1;
   std::int32_t next = 1;
-  for (int reading = 0; reading < 200; ++reading) {
+  for (std::int32_t oldest = 1, reading = 0; reading < 200; ++reading, oldest += kEnding) {
+    machine.kernel.processes.erase(machine.kernel.processes.begin(),
+                                   machine.kernel.processes.lower_bound(oldest * kStride));
     for (; next < oldest + kProcesses; ++next) {
       start(next * kStride, next % 3 == 0 ? (next - 1) * kStride : 1, "process");
     }
@@ -372,13 +337,9 @@ TEST_F(ProcessesTest, KeepsItsStorageWhileProcessesComeAndGo) {
     ASSERT_EQ(info.getTop5CPUProccesses()->size(), 5U);
     EXPECT_LE(allocations, 1);  // short texts need no storage of their own
     for (std::int32_t i = oldest; i < next; ++i) {
-      const bool isChild = i % 3 == 0;
       const bool isNew = reading == 0 || i >= next - kEnding;
       const ProcessTable::Entry* const found = info.allProcInfos().find(i * kStride);
-      ASSERT_TRUE(isChild ? found == nullptr : found && found->CPUDynamic.has_value() != isNew);
-    }
-    for (const std::int32_t end = oldest + kEnding; oldest < end; ++oldest) {
-      machine.kernel.processes.erase(oldest * kStride);
+      ASSERT_TRUE(i % 3 == 0 ? found == nullptr : found && found->CPUDynamic.has_value() != isNew);
     }
   }
 }

@@ -20,8 +20,8 @@ namespace vel {
 /// The processors of the order are those present; it is made when first needed and again by
 /// `physicalCoreCount`, and by `processorCount` when others are present. Where sysfs does not list
 /// the processors, those with a line in /proc/stat count as present and online; it is read again
-/// each time that this is asked for. Everything but
-/// making the order allocates nothing once it has been called.
+/// each time that this is asked for. All storage is kept, so that readings allocate nothing unless
+/// the order is made or there is more to hold than ever before.
 class LinuxKernel : public Kernel {
  public:
   /// The roots of procfs and sysfs, or of files captured from another machine's.
@@ -88,7 +88,7 @@ class LinuxKernel : public Kernel {
   Topology topology_;
   CpuList arranged_;                     ///< the processors of the order, by number
   std::vector<std::int32_t> positions_;  ///< by processor number, the place in the order or -1
-  bool statRead_ = false;                ///< statFile_ holds a text whose processors are sound
+  bool statRead_ = false;                ///< statFile_ holds a text that a caller has made sense of
 };
 
 }  // namespace vel

@@ -10,6 +10,9 @@ namespace vel {
 
 namespace {
 
+/// Of the whole system (pid_max in Documentation/admin-guide/sysctl/kernel.rst).
+constexpr std::int32_t kMostThreads = std::int32_t{1} << 22;
+
 /// Takes the space and the number after it. At the end of a text that was cut there may be half of
 /// one: it is not taken.
 template <typename T>
@@ -66,7 +69,7 @@ std::optional<ProcPidStat> parseProcPidStat(std::string_view text) {
       takeField(text, stat.userTicks) && takeField(text, stat.systemTicks) && skipFields(text, 4) &&
       takeField(text, stat.threads) && skipFields(text, 1) && takeField(text, stat.startTicks) &&
       takeField(text, stat.virtualBytes) && takeField(text, residentPages);
-  if (!whole || stat.parent < 0 || stat.threads < 0) {
+  if (!whole || stat.parent < 0 || stat.threads < 0 || stat.threads > kMostThreads) {
     return std::nullopt;
   }
   // The kernel counts per processor, and the sum may be below 0 for a moment.

@@ -23,8 +23,9 @@ struct ProcPidStat {
   std::uint64_t virtualBytes = 0;
   std::uint64_t residentPages = 0;
 
-  /// It has ended and waits for its parent to notice. Its children have another parent already.
-  [[nodiscard]] bool isZombie() const { return state == 'Z'; }
+  /// It has ended and waits for its parent to notice. Its children have another parent already. A
+  /// process whose first thread alone has ended is a zombie too, and keeps them.
+  [[nodiscard]] bool hasEnded() const { return state == 'Z' && threads <= 1; }
 
   /// PF_KTHREAD of the kernel's include/linux/sched.h.
   [[nodiscard]] bool isKernelThread() const { return (flags & 0x0020'0000U) != 0; }

@@ -39,11 +39,30 @@ bool ProcessReader::read(const ReadingTime& time) {
   }
   ++reading_;
   ended_.clear();
+  followClock(time);
   updateKnown(time);
   addNew(time);
   readOrphans(time);
   reportParents(time);
   return true;
+}
+
+/// A process's start must not move while it lives, and the kernel's idea of its own does, by a
+/// second, for rounding. By more it moves when the clock is set, as it is after the start of a
+/// machine without a battery; starts from before that would be wrong for good.
+void ProcessReader::followClock(const ReadingTime& time) {
+  // Unsigned: a captured machine's may be any number.
+  const auto sum = [](std::int64_t a, std::int64_t b) {
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) + static_cast<std::uint64_t>(b));
+  };
+  const std::int64_t step = sum(time.bootSeconds, sum(~bootSeconds_, 1));
+  if (step >= -1 && step <= 1) {
+    return;
+  }
+  for (Process& process : processes_) {
+    process.record.startSeconds = sum(process.record.startSeconds, step);
+  }
+  bootSeconds_ = time.bootSeconds;
 }
 
 /// Both are in ascending order. Those that are still there close up, and what is not yet known is
@@ -211,10 +230,10 @@ bool ProcessReader::readStat(Process& process, const ReadingTime& time,
   }
   ProcessRecord& record = process.record;
   const bool isAnother = record.status != 0 && process.startTicks != stat->startTicks;
-  const bool hasEnded = stat->isZombie() && record.status != static_cast<std::int8_t>('Z');
-  if (isAnother || hasEnded) {
+  if (isAnother || (stat->hasEnded() && !process.hasEnded)) {
     ended_.push_back(record.pid);
   }
+  process.hasEnded = stat->hasEnded();
   if (isAnother || record.status == 0) {
     begin(process, *stat, time);
   }
@@ -230,7 +249,6 @@ bool ProcessReader::readStat(Process& process, const ReadingTime& time,
   return true;
 }
 
-/// The kernel corrects its idea of when it was started; a process's start must not move with it.
 void ProcessReader::begin(Process& process, const ProcPidStat& stat,
                           const ReadingTime& time) const {
   process.startTicks = stat.startTicks;

@@ -32,8 +32,9 @@ struct ReadingTime {
 /// second old: many are gone by then, and one that is put into a unit of its own is so just after
 /// its start.
 ///
-/// A process that ends between two of the steps is missing, and no more than that. Nothing is
-/// allocated while the number of processes is below its highest so far.
+/// A process that ends between two of the steps is missing, at the latest from the next reading,
+/// and no more than that. All storage is kept: nothing is allocated while no more processes are
+/// there, and no more have ended since the last reading, than ever before.
 class ProcessReader {
  public:
   static constexpr std::uint32_t kRotation = 64;
@@ -73,12 +74,14 @@ class ProcessReader {
     DescriptorPool::Slot slot = DescriptorPool::kNoSlot;
     std::uint8_t quietReadings = 0;  ///< since it last ran, as far as that is counted
     Unit unitState = Unit::unread;
+    bool hasEnded = false;  ///< and waits for its parent
 
     [[nodiscard]] std::uint64_t cpuTime() const {
       return figures.userNanoseconds + figures.systemNanoseconds;
     }
   };
 
+  void followClock(const ReadingTime& time);
   void updateKnown(const ReadingTime& time);
   bool update(Process& process, const ReadingTime& time);
   void retire(const Process& process);
@@ -111,6 +114,7 @@ class ProcessReader {
   std::uint64_t pageSize_;
 
   std::uint32_t reading_ = 0;
+  std::int64_t bootSeconds_ = 0;    ///< that the starts of the known processes go by
   std::vector<Process> processes_;  ///< in ascending order of pid
   std::vector<std::int32_t> pids_;  ///< theirs, in the same order: quicker to search
   std::vector<std::int32_t> listed_;

@@ -8,7 +8,7 @@ export HOME=$scratch XDG_CONFIG_HOME=$scratch/config XDG_RUNTIME_DIR=$scratch/ru
 export XDG_DATA_HOME=$scratch/data XDG_DATA_DIRS=/usr/local/share:/usr/share
 # These libraries keep some memory for good.
 printf 'leak:%s\n' libdbus-1.so libfontconfig >"$scratch/suppressions"
-export LSAN_OPTIONS=suppressions=$scratch/suppressions:print_suppressions=0
+export LSAN_OPTIONS=suppressions=$scratch/suppressions:print_suppressions=0:log_path=$scratch/leaks
 unset DBUS_SESSION_BUS_ADDRESS WAYLAND_DISPLAY QT_QPA_PLATFORM XDG_CURRENT_DESKTOP LANGUAGE
 mkdir -m 700 "$XDG_RUNTIME_DIR"
 settings=$XDG_CONFIG_HOME/velbar/settings.ini
@@ -57,10 +57,23 @@ start() {
   velbar=$!
 }
 
+# endsWell: waits for its end. Qt's thread for D-Bus, which ends with the program, sometimes leaves its record of a
+# thread behind. It cannot be suppressed by name: its allocation shows no more than that it is Qt's.
+endsWell() {
+  local status=0 leaks=$scratch/leaks.$velbar
+  wait "$velbar" || status=$?
+  ((status != 0)) && [[ -s $leaks ]] || return $status
+  if (($(grep -c '^Direct leak' "$leaks") == 1)) && [[ $(grep -A 2 '^Direct leak of 152 byte' "$leaks") == *libQt6Core* ]]; then
+    return 0
+  fi
+  cat "$leaks"
+  return $status
+}
+
 # stop SIGNAL: ends it, and says whether it ended well.
 stop() {
   kill -"$1" "$velbar"
-  wait "$velbar" || fail "velbar ended with status $? after SIG$1" "$(<"$scratch/errors")"
+  endsWell || fail "velbar ended with status $? after SIG$1" "$(<"$scratch/errors")"
 }
 
 # windowNamed NAME: the first that is on screen. xdotool itself does not tell capitals from small letters.

@@ -147,7 +147,7 @@ stop TERM
 start --widget
 await "the widget" isThere Velbar
 xdotool windowactivate --sync "$(windowNamed Velbar)" key alt+F4
-wait "$velbar" || fail "status of a closed widget: $?"
+endsWell || fail "status of a closed widget: $?"
 
 # In the system tray, whose icons are small squares.
 trayer --edge bottom --height 22 --widthtype request >/dev/null 2>&1 &
@@ -161,6 +161,6 @@ point "$tray"
 xdotool click 3
 await "the icon's menu" eval '[[ -n $(menuWindow) ]]'
 key q
-wait "$velbar" || fail "status after quitting by the menu: $?"
+endsWell || fail "status after quitting by the menu: $?"
 
 [[ ! -s $scratch/errors ]] || fail "said on standard error:" "$(<"$scratch/errors")"
