@@ -51,16 +51,15 @@ bool ProcessReader::read(const ReadingTime& time) {
 /// second, for rounding. By more it moves when the clock is set, as it is after the start of a
 /// machine without a battery; starts from before that would be wrong for good.
 void ProcessReader::followClock(const ReadingTime& time) {
-  // Unsigned: a captured machine's may be any number.
-  const auto sum = [](std::int64_t a, std::int64_t b) {
-    return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) + static_cast<std::uint64_t>(b));
-  };
-  const std::int64_t step = sum(time.bootSeconds, sum(~bootSeconds_, 1));
-  if (step >= -1 && step <= 1) {
+  // Unsigned, as a captured machine's may be any number.
+  const auto step =
+      static_cast<std::uint64_t>(time.bootSeconds) - static_cast<std::uint64_t>(bootSeconds_);
+  if (step + 1 <= 2) {
     return;
   }
   for (Process& process : processes_) {
-    process.record.startSeconds = sum(process.record.startSeconds, step);
+    std::int64_t& start = process.record.startSeconds;
+    start = static_cast<std::int64_t>(static_cast<std::uint64_t>(start) + step);
   }
   bootSeconds_ = time.bootSeconds;
 }
