@@ -23,7 +23,7 @@ pause() { read -r -t "$1" -u "$never" || true; }
 
 # await WHAT COMMAND...: until the command succeeds.
 await() {
-  local what=$1 left=200
+  local what=$1 left=1200
   shift
   until "$@" >/dev/null 2>&1; do
     ((left-- > 0)) || die "waited in vain for $what" "$(cat "$scratch"/*.log)"
