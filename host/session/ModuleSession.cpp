@@ -24,8 +24,10 @@ ModuleSession::ModuleSession(const char* program, const HostOptions& options,
       kernel_(options.proc, options.sys),
       nibLoader_(frontEnd.nibLoader(
           [this](std::string problem) { nibProblems_.push_back(std::move(problem)); })),
-      platform_{kernel_, clock_, *nibLoader_, frontEnd.workspace, notificationCenter_, mainQueue_,
-                globalQueue_, locale,
+      platform_{kernel_, clock_, *nibLoader_, frontEnd.workspace,
+                frontEnd.userNotificationCenter != nullptr ? *frontEnd.userNotificationCenter
+                                                           : noUserNotificationCenter_,
+                notificationCenter_, mainQueue_, globalQueue_, locale,
                 // Without a bundle of the host's, the module's is the only one there is.
                 hostBundle != nullptr ? *hostBundle : loader_.bundle(), std::move(arguments)},
       installation_(platform_) {

@@ -10,6 +10,7 @@
 #include "host/BundleLoader.h"
 #include "host/HostOptions.h"
 #include "host/WakeEvent.h"
+#include "host/session/NoUserNotificationCenter.h"
 #include "platform/Platform.h"
 #include "platform/foundation/GlobalQueue.h"
 #include "platform/foundation/MainQueue.h"
@@ -26,6 +27,7 @@ struct FrontEnd {
   /// `problem` takes what is wrong with a nib.
   std::function<std::unique_ptr<NibLoader>(std::function<void(std::string)> problem)> nibLoader;
   Workspace& workspace;
+  UserNotificationCenter* userNotificationCenter = nullptr;  ///< none: nothing is shown to the user
 };
 
 /// The loaded module with everything around it. One at a time in a process.
@@ -64,6 +66,7 @@ class ModuleSession {
   MainQueue mainQueue_{[this] { wake_.wake(); }};
   std::vector<std::string> nibProblems_;
   std::unique_ptr<NibLoader> nibLoader_;
+  NoUserNotificationCenter noUserNotificationCenter_;
   GlobalQueue globalQueue_;
   Platform platform_;
   PlatformInstallation installation_;

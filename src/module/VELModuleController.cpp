@@ -105,7 +105,8 @@ View* VELModuleController::preferencesModuleView() const {
 }
 
 View* VELModuleController::preferenceNotificationView() const {
-  return alertSettings();
+  const AlertSettingsView* settings = alertSettings();
+  return settings == nullptr ? nullptr : &settings->view();
 }
 
 AlertSettingsView* VELModuleController::alertSettings() const {

@@ -14,8 +14,14 @@
 namespace vel {
 
 /// The alert settings.
-class AlertSettingsView : public View {
+class AlertSettingsView {
  public:
+  AlertSettingsView() = default;
+  virtual ~AlertSettingsView() = default;
+  AlertSettingsView(const AlertSettingsView&) = delete;
+  AlertSettingsView& operator=(const AlertSettingsView&) = delete;
+
+  [[nodiscard]] virtual View& view() const = 0;
   /// Whether the CPU alert is switched on.
   [[nodiscard]] virtual bool isActivated() const = 0;
   /// The chosen threshold in percent of one core.

@@ -11,6 +11,7 @@
 #include "platform/foundation/Queue.h"
 #include "platform/kernel/Kernel.h"
 #include "platform/windowing/Nib.h"
+#include "platform/windowing/UserNotifications.h"
 #include "platform/windowing/Workspace.h"
 
 namespace vel {
@@ -22,7 +23,8 @@ struct Platform {
   Clock& clock;
   NibLoader& nibLoader;
   Workspace& workspace;
-  NotificationCenter& notificationCenter;  ///< the default one
+  UserNotificationCenter& userNotificationCenter;  ///< the default one
+  NotificationCenter& notificationCenter;          ///< the default one
   Queue& mainQueue;
   Queue& globalQueue;
   const Locale& locale;

@@ -29,9 +29,11 @@ struct ScriptedView : HeadlessView<View> {
   bool visible = false;
 };
 
-struct ScriptedAlert : HeadlessView<AlertSettingsView> {
+struct ScriptedAlert : AlertSettingsView {
+  [[nodiscard]] View& view() const override { return page; }
   [[nodiscard]] bool isActivated() const override { return on; }
   [[nodiscard]] float currentThresholdValue() const override { return 30.0F; }
+  mutable HeadlessView<View> page;
   bool on = false;
 };
 
@@ -144,7 +146,7 @@ TEST_F(Controller, EntersTheMainApplicationInOrder) {
   EXPECT_EQ(controller->statusbarCombinedView(), &views->compact);
   EXPECT_EQ(controller->statusbarStandAloneView(), &views->expanded);
   EXPECT_EQ(controller->preferencesModuleView(), &views->preferences);
-  EXPECT_EQ(controller->preferenceNotificationView(), &views->alert);
+  EXPECT_EQ(controller->preferenceNotificationView(), &views->alert.page);
   EXPECT_EQ(controller->notificationCenterView(), nullptr);
   EXPECT_EQ(controller->moduleName(), "Cpu");
 }

@@ -11,6 +11,7 @@
 #include "platform/Platform.h"
 #include "platform/foundation/MainQueue.h"
 #include "platform/headless/HeadlessNib.h"
+#include "platform/headless/HeadlessUserNotifications.h"
 #include "platform/headless/HeadlessWorkspace.h"
 
 namespace vel::test {
@@ -61,13 +62,15 @@ struct InstalledPlatform {
   ObservedNibLoader nibLoader{
       [this](std::string problem) { nibProblems.push_back(std::move(problem)); }};
   HeadlessWorkspace workspace;
+  HeadlessUserNotificationCenter userNotificationCenter;
   NotificationCenter notificationCenter;
   MainQueue queue;
   Locale locale;
   Bundle bundle = moduleBundle();
   Bundle mainBundle = openBundle(VEL_HOST_RESOURCES);
-  Platform platform{kernel, clock, nibLoader, workspace,  notificationCenter,
-                    queue,  queue, locale,    mainBundle, {}};
+  Platform platform{
+      kernel, clock,  nibLoader,  workspace, userNotificationCenter, notificationCenter, queue,
+      queue,  locale, mainBundle, {}};
   PlatformInstallation installation{platform};
 };
 

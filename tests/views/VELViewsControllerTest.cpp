@@ -18,6 +18,7 @@
 #include "platform/headless/HeadlessControls.h"
 #include "platform/host/Broadcasts.h"
 #include "platform/host/VELGraphMultiple.h"
+#include "support/LoggingStore.h"
 #include "support/ScriptedPlatform.h"
 #include "support/TemporaryDirectory.h"
 #include "views/panels/VELNCViewsController.h"
@@ -28,28 +29,13 @@ namespace {
 using Log = std::vector<std::string>;
 using Values = std::map<std::string, std::int64_t, std::less<>>;
 
-struct Store : PreferencesStore {
-  explicit Store(Log& storeLog) : log(storeLog) {}
-  [[nodiscard]] std::optional<std::int64_t> objectForKey(std::string_view key,
-                                                         std::string_view id) const override {
-    EXPECT_EQ(id, "org.velbar.cpu");
-    const auto value = values.find(key);
-    return value == values.end() ? std::nullopt : std::optional(value->second);
-  }
-  void setObject(std::int64_t value, std::string_view key, std::string_view id) override {
-    EXPECT_EQ(id, "org.velbar.cpu");
-    log.push_back(std::string(key) + " = " + std::to_string(value));
-  }
-  Values values;
-  Log& log;
-};
-
 class Preferences : public testing::Test {
  protected:
   Preferences() {
     using namespace broadcast;
-    for (const auto name : {iconStatusChanged, iconSubItemsChanged, showGraph, menuBarGaugeType,
-                            top5Type, coresDisplayed, gfxGPUStatusChanged}) {
+    for (const auto name :
+         {iconStatusChanged, iconSubItemsChanged, showGraph, menuBarGaugeType, top5Type,
+          coresDisplayed, gfxGPUStatusChanged, notificationThresholdDidChange}) {
       machine.notificationCenter.addObserver(this, name, [this](const Notification& notification) {
         log.push_back(std::string(notification.name.substr(8)) + " " +
                       std::to_string(notification.object.value()));
@@ -90,7 +76,7 @@ class Preferences : public testing::Test {
 
   ScriptedPlatform machine;
   Log log;
-  Store store{log};
+  LoggingStore store{log};
   std::unique_ptr<VELModuleController> module;
 };
 
@@ -105,20 +91,21 @@ TEST_F(Preferences, AreLoadedAndBroadcastInOrderAndNeverWritten) {
   EXPECT_EQ(module->statusbarCombinedView(), &object<View>("statusbarcompactview"));
   EXPECT_EQ(module->statusbarStandAloneView(), &object<View>("statusbarExpandedview"));
   EXPECT_EQ(module->preferencesModuleView(), &object<View>("preferencesview"));
+  EXPECT_EQ(module->preferenceNotificationView(), &object<View>("preferenceNotificationview"));
   EXPECT_TRUE(object<View>("gpugfxTxtField").isHidden());
   EXPECT_TRUE(object<View>("gpugfxBtn").isHidden());
 
   constexpr std::int64_t k2To32 = std::int64_t{1} << 32U;
-  // What is stored, and what is posted, in the order above.
+  // What is stored, and what is posted: the threshold, and then in the order above.
   const std::pair<Values, std::vector<int>> cases[] = {
-      {{{"showDisplay", 1}, {"subItemsDisplayed", 0}, {"gfxGPU", 1}}, {1, 1, 0, 0, 1, 0}},
-      {{{"showDisplay", 0}, {"subItemsDisplayed", 1}}, {0, 0, 0, 0, 1, 0}},
+      {{{"showDisplay", 1}, {"subItemsDisplayed", 0}, {"gfxGPU", 1}}, {30, 1, 1, 0, 0, 1, 0}},
+      {{{"showDisplay", 0}, {"subItemsDisplayed", 1}}, {30, 0, 0, 0, 0, 1, 0}},
       {{{"showGraph", -7}, {"gaugeType", 3}, {"cpuTop5Type", 0}, {"cpucoresdisplayed", 2}},
-       {1, 7, 1, 3, 0, 2}},
+       {30, 1, 7, 1, 3, 0, 2}},
       // What no control offers: the low 32 bits of some are tags.
       {{{"showDisplay", k2To32 + 1}, {"gaugeType", -1}, {"cpucoresdisplayed", k2To32}},
-       {0, 6, 0, 3, 0, 2}},
-      {{}, {1, 7, 0, 3, 0, 0}},  // without a store
+       {30, 0, 6, 0, 3, 0, 2}},
+      {{}, {30, 1, 7, 0, 3, 0, 0}},  // without a store
   };
   for (std::size_t i = 0; const auto& [stored, posted] : cases) {
     SCOPED_TRACE(i++);
@@ -129,8 +116,8 @@ TEST_F(Preferences, AreLoadedAndBroadcastInOrderAndNeverWritten) {
       values.push_back(std::stoi(line.substr(line.find(' '))));
     }
     EXPECT_EQ(values, posted);
-    EXPECT_EQ(object<HeadlessButton>("showGauge").state(), (posted[1] & 2) / 2);
-    EXPECT_EQ(object<HeadlessButton>("showModuleName").state(), (posted[1] & 4) / 4);
+    EXPECT_EQ(object<HeadlessButton>("showGauge").state(), (posted[2] & 2) / 2);
+    EXPECT_EQ(object<HeadlessButton>("showModuleName").state(), (posted[2] & 4) / 4);
   }
   object<HeadlessButton>("btnShowGraph").click();
   drain();
@@ -203,6 +190,30 @@ TEST_F(Preferences, ChooseTheGraphsThatARefreshFeeds) {
   EXPECT_EQ(histories.size(0), 3U);
 }
 
+TEST_F(Preferences, ChooseTheProcessesThatAnAlertTellsOf) {
+  startWithStore();
+  object<HeadlessButton>("btnNotifyMoreThan").click();
+  object<HeadlessPopUpButton>("popTimeWhereValueMoreThan").choose(1);
+  auto& process = machine.kernel.processes[812];
+  process.record = {.pid = 812, .parent = 1, .command = {'c'}};
+  process.record.startSeconds = static_cast<std::int64_t>(machine.clock.seconds) - 1000;
+  process.figures.emplace();
+  machine.kernel.executables[812] = "/usr/bin/compiler";
+  // The process takes a quarter of a core.
+  for (const auto& [percent, alerts] : {std::pair{30, 0U}, {20, 1U}}) {
+    object<HeadlessPopUpButton>("popNotifyMoreThanValue").choose(percent);
+    for (int i = 0; i < 15; ++i) {
+      machine.clock.seconds += 10;
+      process.figures->userNanoseconds += 2'500'000'000;
+      module->updateModel();
+      module->updateViews();
+    }
+    EXPECT_EQ(machine.userNotificationCenter.delivered().size(), alerts);
+  }
+  EXPECT_EQ(machine.userNotificationCenter.delivered().back().informativeText,
+            "compiler [812] is using too much CPU");
+}
+
 /// A queue whose tasks stay where they are after they have run.
 struct LingeringQueue : Queue {
   void async(Task task) override { tasks.push_back(std::move(task)); }
@@ -212,18 +223,31 @@ struct LingeringQueue : Queue {
 TEST_F(Preferences, AreSavedThoughTheModuleHasGone) {
   LingeringQueue global;
   auto& m = machine;
-  Platform platform{m.kernel, m.clock, m.nibLoader, m.workspace,  m.notificationCenter,
-                    m.queue,  global,  m.locale,    m.mainBundle, {}};
+  Platform platform{m.kernel,
+                    m.clock,
+                    m.nibLoader,
+                    m.workspace,
+                    m.userNotificationCenter,
+                    m.notificationCenter,
+                    m.queue,
+                    global,
+                    m.locale,
+                    m.mainBundle,
+                    {}};
   const PlatformInstallation installation(platform);
   startWithStore();
   const auto life = std::make_shared<int>();
   object<View>("view").setDidDraw([life] {});
   object<HeadlessMatrix>("showDisplayButton").choose(0);
+  object<HeadlessButton>("btnNotifyMoreThan").click();
   module.reset();
-  ASSERT_EQ(global.tasks.size(), 1U);
+  ASSERT_EQ(global.tasks.size(), 2U);
+  global.tasks[1]();
   global.tasks[0]();
   machine.queue.drain();
-  EXPECT_EQ(taken().back(), "subItemsDisplayed = 6");
+  const Log saved = taken();
+  EXPECT_EQ(saved.front(), "isNotifyMoreThan = 1");
+  EXPECT_EQ(saved.back(), "subItemsDisplayed = 6");
   // Had they stayed with the global queue's tasks, its threads would destroy the views.
   EXPECT_EQ(life.use_count(), 1);
 }
@@ -252,6 +276,7 @@ TEST_F(Preferences, AreMissingAsAWholeWithAnOutlet) {
   const std::tuple<std::string, const char*, const char*> cases[] = {
       {R"("showGauge")", R"("other")", R"(outlet "showGauge" is missing, expected a QCheckBox)"},
       {R"("gaugeView")", R"("other")", R"(outlet "gaugeView" is missing, expected a VELGauge)"},
+      {R"("btnNotifyMoreThan")", R"("other")", R"("btnNotifyMoreThan" is missing)"},
       {R"("compactIdleCPULabel")", R"("other")", R"("compactIdleCPULabel" is missing)"},
       {R"("Process3Label")", R"("other")",
        R"("Process3Label" is missing, expected a VELTextFieldKillApp)"},
@@ -280,6 +305,7 @@ TEST_F(Preferences, AreMissingAsAWholeWithAnOutlet) {
     EXPECT_EQ(module->statusbarCombinedView(), nullptr);
     EXPECT_EQ(module->statusbarStandAloneView(), nullptr);
     EXPECT_EQ(module->preferencesModuleView(), nullptr);
+    EXPECT_EQ(module->preferenceNotificationView(), nullptr);
     EXPECT_EQ(taken(), Log{});
     module.reset();
   }

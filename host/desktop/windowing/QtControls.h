@@ -29,6 +29,10 @@ class QtControl : public QtView<Interface> {
   using QtView<Interface>::QtView;
 
   [[nodiscard]] ControlClass controlClass() const override { return kControlClass; }
+  [[nodiscard]] bool isEnabled() const override {
+    return this->widget().isEnabledTo(this->widget().parentWidget());
+  }
+  void setEnabled(bool enabled) override { this->widget().setEnabled(enabled); }
   void setAction(std::function<void()> action) override { action_ = std::move(action); }
 
  protected:

@@ -19,8 +19,10 @@ std::optional<std::int64_t> TaggedItems::selectedTag() const {
 }
 
 void HeadlessButton::click() {
-  on_ = !on_;
-  sendAction();
+  if (isEnabled()) {
+    on_ = !on_;
+    sendAction();
+  }
 }
 
 }  // namespace vel

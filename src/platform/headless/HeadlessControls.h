@@ -44,6 +44,8 @@ template <typename Interface, ControlClass kClass>
 class HeadlessControl : public HeadlessView<Interface> {
  public:
   [[nodiscard]] ControlClass controlClass() const override { return kClass; }
+  [[nodiscard]] bool isEnabled() const override { return enabled_; }
+  void setEnabled(bool enabled) override { enabled_ = enabled; }
   void setAction(std::function<void()> action) override { action_ = std::move(action); }
 
  protected:
@@ -55,6 +57,7 @@ class HeadlessControl : public HeadlessView<Interface> {
   }
 
  private:
+  bool enabled_ = true;
   std::function<void()> action_;
 };
 
@@ -66,7 +69,7 @@ class HeadlessButton : public HeadlessControl<Button, ControlClass::button> {
   [[nodiscard]] const std::string& title() const { return title_; }
   void setTitle(std::string title) { title_ = std::move(title); }
 
-  /// The user's click: toggles the state.
+  /// The user's click: toggles the state, unless the button is disabled.
   void click();
 
  private:
@@ -84,9 +87,10 @@ class HeadlessChoice : public HeadlessControl<Interface, kClass> {
 
   [[nodiscard]] TaggedItems& items() { return items_; }
 
-  /// The user's choice, also of what is selected already; a tag that nothing has cannot be chosen.
+  /// The user's choice, also of what is selected already; a tag that nothing has cannot be chosen,
+  /// nor can anything while the control is disabled.
   void choose(std::int64_t tag) {
-    if (items_.selectTag(tag)) {
+    if (this->isEnabled() && items_.selectTag(tag)) {
       this->sendAction();
     }
   }

@@ -257,6 +257,9 @@ void HeadlessNibReader::readView(const pugi::xml_node& widget, View& view) {
     view.setFrameSize(frame.size);
   }
   view.setHidden(!boolean(widget, "visible", true));
+  if (auto* control = dynamic_cast<Control*>(&view)) {
+    control->setEnabled(boolean(widget, "enabled", true));
+  }
 }
 
 void HeadlessNibReader::readCell(const pugi::xml_node& radioButton, HeadlessMatrix& matrix) {

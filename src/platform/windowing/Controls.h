@@ -18,6 +18,10 @@ class Control : public View {
  public:
   [[nodiscard]] virtual ControlClass controlClass() const = 0;
 
+  /// Whether the user can operate it: the control's own flag, whatever the views above it do.
+  [[nodiscard]] virtual bool isEnabled() const = 0;
+  virtual void setEnabled(bool enabled) = 0;
+
   /// Called on the main thread after the user, not the program, has operated the control: it may be
   /// as it was.
   virtual void setAction(std::function<void()> action) = 0;

@@ -6,7 +6,8 @@
 
 namespace vel {
 
-/// Texts are plain, in UTF-8: a server that renders markup is given none.
+/// Texts are plain, in UTF-8; what is none shows as replacement characters. The name of a process
+/// in them is a stranger's text: whoever shows it takes markup and control characters from it.
 struct UserNotification {
   std::string title;
   std::string informativeText;

@@ -50,6 +50,13 @@ VELViewsController::~VELViewsController() {
   notificationCenter_.removeObserver(this);
 }
 
+void VELViewsController::setBundleIdentifier(const std::string& identifier) {
+  bundleIdentifier_ = identifier;
+  if (preferenceNotificationview_) {
+    preferenceNotificationview_->setBundleIdentifier(identifier);
+  }
+}
+
 void VELViewsController::loadView() {
   nib_ = Platform::current().nibLoader.load(bundle_, nibName_);
   if (!nib_) {
@@ -59,18 +66,22 @@ void VELViewsController::loadView() {
   const auto item = VELStatusbarview::fromNib(*nib_, bundle_);
   const auto compact = VELStatusbarCompactview::fromNib(*nib_, bundle_);
   const auto expanded = VELStatusbarExpandedview::fromNib(*nib_, bundle_);
-  if (!outlets || !item || !compact || !expanded) {
+  auto alerts = VELPreferenceNotificationview::fromNib(
+      *nib_, bundle_, [this](std::function<void()> work) { later(std::move(work)); });
+  if (!outlets || !item || !compact || !expanded || !alerts) {
     return;
   }
   outlets_.emplace(*outlets);
   statusbarview_ = item;
   statusbarcompactview_ = compact;
   statusbarExpandedview_ = expanded;
+  preferenceNotificationview_ = std::move(alerts);
   connectActions();
   // The views first: they have to hear the broadcasts of the settings.
   statusbarview_->awakeFromNib();
   statusbarcompactview_->awakeFromNib();
   statusbarExpandedview_->awakeFromNib();
+  preferenceNotificationview_->awakeFromNib();
   awakeFromNib();
 }
 
@@ -117,6 +128,7 @@ void VELViewsController::awakeFromNib() {
   statusbarview_->cpuData().bind(CPUData_);
   statusbarcompactview_->cpuData().bind(CPUData_);
   statusbarExpandedview_->cpuData().bind(CPUData_);
+  preferenceNotificationview_->cpuData().bind(CPUData_);
   // There is nothing yet that could tell which graphics processor is in use.
   outlets_->gpugfxTxtField.setHidden(true);
   outlets_->gpugfxBtn.setHidden(true);
@@ -156,6 +168,7 @@ void VELViewsController::updateViews() {
     statusbarview_->updateView();
     statusbarcompactview_->updateView();
     statusbarExpandedview_->updateView();
+    preferenceNotificationview_->updateNotificationStatus();
   }
 }
 
@@ -164,6 +177,8 @@ void VELViewsController::updateViews() {
 void VELViewsController::setVelPreferencesDefault(PreferencesStore* store) {
   velPreferencesDefault_ = store;
   if (outlets_) {
+    preferenceNotificationview_->setBundleIdentifier(bundleIdentifier_);
+    preferenceNotificationview_->setVelPreferencesDefault(store);
     loadPreferences();
   }
 }

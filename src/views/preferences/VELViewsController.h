@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "alerts/VELPreferenceNotificationview.h"
 #include "module/ViewControllers.h"
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/host/VELGraphArrays.h"
@@ -33,15 +34,13 @@ class VELViewsController : public MainViewController,
   VELViewsController(std::string nib, const Bundle& bundle);
   ~VELViewsController() override;
 
-  void setBundleIdentifier(const std::string& identifier) override {
-    bundleIdentifier_ = identifier;
-  }
+  void setBundleIdentifier(const std::string& identifier) override;
   void loadView() override;
   /// On any thread.
   void updateBasicCpuCoresInformation(const CpuCoresInformation& information) override;
-  /// Loads the settings.
+  /// Loads the settings, those of the alerts first.
   void setVelPreferencesDefault(PreferencesStore* store) override;
-  /// Feeds the histories of the graphs and has the views show the record.
+  /// Feeds the histories of the graphs, has the views show the record and then checks for an alert.
   void updateViews() override;
   Property<const CPUData*>& cpuData() override { return CPUData_; }
 
@@ -49,8 +48,9 @@ class VELViewsController : public MainViewController,
   [[nodiscard]] View* preferencesview() const override;
   [[nodiscard]] View* statusbarcompactview() const override;
   [[nodiscard]] View* statusbarExpandedview() const override;
-  /// It comes with a view that the nib does not have.
-  [[nodiscard]] AlertSettingsView* preferenceNotificationview() const override { return nullptr; }
+  [[nodiscard]] AlertSettingsView* preferenceNotificationview() const override {
+    return preferenceNotificationview_.get();
+  }
 
  private:
   struct Outlets {
@@ -116,6 +116,7 @@ class VELViewsController : public MainViewController,
   std::shared_ptr<VELStatusbarview> statusbarview_;
   std::shared_ptr<VELStatusbarCompactview> statusbarcompactview_;
   std::shared_ptr<VELStatusbarExpandedview> statusbarExpandedview_;
+  std::unique_ptr<VELPreferenceNotificationview> preferenceNotificationview_;
 };
 
 }  // namespace vel

@@ -2,12 +2,11 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <systemd/sd-bus.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <csignal>
@@ -15,6 +14,7 @@
 #include <fstream>
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -29,17 +29,20 @@ class PrivateBus {
     // Without the machine's services, which the bus would start.
     std::ofstream(directory + "/conf")
         << "<busconfig><type>session</type><listen>" << address << "</listen>"
-        << "<policy context='default'><allow send_destination='*'/><allow own='*'/></policy>"
+        << "<policy context='default'><allow send_destination='*' eavesdrop='true'/><allow "
+           "eavesdrop='true'/><allow own='*'/></policy>"
         << "</busconfig>";
     std::array<int, 2> ready{};
     EXPECT_EQ(pipe(ready.data()), 0);
-    std::vector<std::string> arguments{"dbus-daemon", "--nofork",
-                                       "--config-file=" + directory + "/conf",
-                                       "--print-address=" + std::to_string(ready[1])};
-    std::vector<char*> pointers(arguments.size() + 1);
-    std::transform(arguments.begin(), arguments.end(), pointers.begin(),
-                   [](std::string& argument) { return argument.data(); });
-    EXPECT_EQ(posix_spawnp(&daemon_, pointers[0], nullptr, nullptr, pointers.data(), environ), 0);
+    const std::string print = "--print-address=" + std::to_string(ready[1]);
+    const std::string configuration = "--config-file=" + directory + "/conf";
+    daemon_ = fork();
+    if (daemon_ == 0) {
+      prctl(PR_SET_PDEATHSIG, SIGKILL);
+      execlp("dbus-daemon", "dbus-daemon", "--nofork", print.c_str(), configuration.c_str(),
+             nullptr);
+      _exit(127);
+    }
     close(ready[1]);
     char first = 0;
     EXPECT_EQ(read(ready[0], &first, 1), 1) << "the bus has not started";
@@ -73,11 +76,21 @@ class NotificationServer {
   void serveUntil(const std::function<bool()>& condition) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (!condition()) {
-      ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+      if (std::chrono::steady_clock::now() > deadline) {
+        throw std::runtime_error("waited in vain");
+      }
       if (sd_bus_process(bus_.get(), nullptr) == 0) {
         sd_bus_wait(bus_.get(), 10'000);
       }
     }
+  }
+
+  /// Whether the program that sent the last Notify is still on the bus.
+  [[nodiscard]] bool isSenderThere() const {
+    sd_bus_creds* credentials = nullptr;
+    const int result = sd_bus_get_name_creds(bus_.get(), sender_.c_str(), 0, &credentials);
+    sd_bus_creds_unref(credentials);
+    return result >= 0;
   }
 
   std::array<const char*, 3> capabilities{"body", "body", "body"};
@@ -109,6 +122,7 @@ class NotificationServer {
       return sd_bus_reply_method_return(message, "as", 3U, capabilities[0], capabilities[1],
                                         capabilities[2]);
     }
+    sender_ = sd_bus_message_get_sender(message);
     shown.push_back(written(message));
     return sd_bus_reply_method_return(message, "u", 1U);
   }
@@ -138,6 +152,7 @@ class NotificationServer {
   }
 
   std::unique_ptr<sd_bus, Close> bus_;
+  std::string sender_;
 };
 
 }  // namespace vel::test
