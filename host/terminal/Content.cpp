@@ -16,6 +16,7 @@ void ContentSource::read(const CPUData& record, Content& content) {
 void ContentSource::readViews(Content& content) const {
   content.item.read(item_);
   content.graph = panel_.graph();
+  content.alertRule = controls_.alertRule();
 }
 
 }  // namespace vel

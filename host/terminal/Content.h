@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "host/terminal/Item.h"
 #include "host/terminal/ModuleControls.h"
@@ -19,6 +20,8 @@ struct Content {
   Readings readings;
   std::optional<ProcessList> processes;     ///< none where the module has no panel for them
   const VELGraphMultiple* graph = nullptr;  ///< the module's; null for none
+  std::optional<AlertRule> alertRule;       ///< none while there are no alerts
+  std::wstring alert;                       ///< the latest that the user has not dismissed yet
 };
 
 /// Where the content comes from.
@@ -28,7 +31,8 @@ class ContentSource {
   ContentSource(View* item, const Panel& panel, const ModuleControls& controls, Kernel& kernel)
       : item_(item), panel_(panel), controls_(controls), running_(kernel) {}
 
-  /// Overwrites everything. To be called once a refresh.
+  /// Overwrites everything but the alert, which is none of the readings. To be called once a
+  /// refresh.
   void read(const CPUData& record, Content& content);
 
   /// What has changed without a refresh.

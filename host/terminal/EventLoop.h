@@ -19,6 +19,7 @@ class EventLoop {
   /// Until `end`, which a handler calls. Throws std::system_error, and what a handler throws.
   void run();
   void end() { ending_ = true; }
+  [[nodiscard]] bool isEnding() const { return ending_; }
 
  private:
   void serve();

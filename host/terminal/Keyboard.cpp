@@ -10,11 +10,22 @@
 namespace vel {
 namespace {
 
+/// As much as a terminal holds for its reader (man 3 termios), so that no key is cut in two.
+constexpr std::size_t kMostBytes = 4096;
+
 /// How many bytes at the front of `keys` belong together: one, or the sequence that a function key
 /// or Alt sends (ECMA-48, 5.4: "ESC [", parameters below "@", one final byte).
 std::size_t lengthOfKey(std::string_view keys) {
   if (!keys.starts_with('\x1b')) {
     return 1;
+  }
+  if (keys.starts_with("\x1b\x1b[") || keys.starts_with("\x1b\x1bO")) {
+    // A function key with Alt.
+    return 1 + lengthOfKey(keys.substr(1));
+  }
+  if (keys.starts_with("\x1b[[")) {
+    // The Linux console's F1 to F5.
+    return std::min(keys.size(), std::size_t{4});
   }
   if (keys.starts_with("\x1b[")) {
     const auto* const end =
@@ -38,6 +49,20 @@ Key keyOf(char byte) {
     case 'g':
     case 'G':
       return Key::graph;
+    case 'a':
+    case 'A':
+      return Key::alert;
+    case '<':
+      return Key::lowerThreshold;
+    case '>':
+      return Key::higherThreshold;
+    case '[':
+      return Key::shorterDuration;
+    case ']':
+      return Key::longerDuration;
+    case 'x':
+    case 'X':
+      return Key::dismiss;
     case 'h':
     case 'H':
     case '?':
@@ -60,7 +85,7 @@ std::vector<Key> keysOf(std::string_view bytes) {
 }
 
 std::optional<std::vector<Key>> readKeys(int descriptor) {
-  std::array<char, 64> bytes{};
+  std::array<char, kMostBytes> bytes{};
   const ssize_t size = read(descriptor, bytes.data(), bytes.size());
   if (size > 0) {
     return keysOf({bytes.data(), static_cast<std::size_t>(size)});

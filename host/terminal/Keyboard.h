@@ -8,7 +8,20 @@
 
 namespace vel {
 
-enum class Key : std::uint8_t { quit, ranking, cores, graph, help, other };
+enum class Key : std::uint8_t {
+  quit,
+  ranking,
+  cores,
+  graph,
+  alert,
+  lowerThreshold,
+  higherThreshold,
+  shorterDuration,
+  longerDuration,
+  dismiss,
+  help,
+  other
+};
 
 /// Reads what waits on the terminal `descriptor`, which may be nothing. Without a result the
 /// terminal has been closed.

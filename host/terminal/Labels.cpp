@@ -23,6 +23,7 @@ Labels::Labels(const Bundle* bundle)
       tasks(decode(localized(bundle, "Tasks"))),
       threads(decode(localized(bundle, "Threads"))),
       upTime(decode(localized(bundle, "Up"))),
+      alert(decode(localized(bundle, "Alert"))),
       graph(decode(localized(bundle, "Graph"))),
       topProcesses(decode(localized(bundle, "Top processes"))),
       topProcessesNow(decode(localized(bundle, "Top processes, now"))),
@@ -37,6 +38,15 @@ Labels::Labels(const Bundle* bundle)
           bundle, "gauges and graph for all as one, each core or each logical processor"))),
       graphKey(decode(localized(bundle, "graph"))),
       graphExplained(decode(localized(bundle, "show or hide the graph of the load over time"))),
+      alertKey(decode(localized(bundle, "alert"))),
+      alertExplained(
+          decode(localized(bundle, "alerts of processes that use too much CPU, on or off"))),
+      thresholdExplained(
+          decode(localized(bundle, "how much is too much, less or more: 100 % is one core"))),
+      durationExplained(
+          decode(localized(bundle, "for how long before there is an alert, shorter or longer"))),
+      dismiss(decode(localized(bundle, "dismiss"))),
+      dismissExplained(decode(localized(bundle, "take the alert off the first line"))),
       help(decode(localized(bundle, "help"))),
       helpExplained(decode(localized(bundle, "this page"))),
       keys(decode(localized(bundle, "Keys"))),

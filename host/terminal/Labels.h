@@ -20,6 +20,7 @@ struct Labels {
   std::wstring tasks;
   std::wstring threads;
   std::wstring upTime;
+  std::wstring alert;  ///< stands before the rule for one
 
   std::wstring graph;
   std::wstring topProcesses;
@@ -35,6 +36,12 @@ struct Labels {
   std::wstring coresExplained;
   std::wstring graphKey;
   std::wstring graphExplained;
+  std::wstring alertKey;
+  std::wstring alertExplained;
+  std::wstring thresholdExplained;
+  std::wstring durationExplained;
+  std::wstring dismiss;
+  std::wstring dismissExplained;
   std::wstring help;
   std::wstring helpExplained;
 

@@ -1,7 +1,6 @@
 #include "host/terminal/Layout.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <iterator>
@@ -86,6 +85,7 @@ class Layout {
   void addGraph(int rows);
   void addKeyHints();
 
+  [[nodiscard]] Line alertLine() const;
   [[nodiscard]] Line itemLine() const;
   [[nodiscard]] bool hasLabels() const { return width_ >= labelWidth_ + kGap + kLongPercentage; }
   void appendItemGauges(Line& line, int columns) const;
@@ -128,6 +128,7 @@ Page Layout::page() {
   std::vector<Line> status = statusLines();
   // In the order of importance.
   const bool item = !item_.isEmpty() && take(1) == 1;
+  const bool alert = !content_.alert.empty() && take(1) == 1;
   const int gauges = take(3);
   status.resize(static_cast<std::size_t>(take(static_cast<int>(status.size()))));
   const bool processes =
@@ -141,6 +142,9 @@ Page Layout::page() {
   graph += graph > 0 ? take(kLargestGraph - kLeastGraph) : 0;
 
   setLabelWidth(graph > 0);
+  if (alert) {
+    add(alertLine());
+  }
   if (item) {
     add(itemLine());
   }
@@ -228,6 +232,15 @@ void Layout::addGauges(int count, bool withNice) {
   if (count > 2) {
     add(gaugeLine({labels_.idle, readings_.idle, Tone::gaugeIdle}));
   }
+}
+
+Line Layout::alertLine() const {
+  Line line{{content_.alert, Tone::busy}};
+  const Line hint{{std::wstring(kGap, L' ') + L"x"}, {L" " + labels_.dismiss, Tone::faint}};
+  if (hasKeyHints() && widthOf(line) + widthOf(hint) <= width_) {
+    line.insert(line.end(), hint.begin(), hint.end());
+  }
+  return line;
 }
 
 /// The name stands among the labels and the text among the percentages. Where there is no room for
@@ -359,13 +372,17 @@ float Layout::meanOf(int gauge) const {
 
 std::vector<Line> Layout::statusLines() const {
   const auto& upTime = readings_.upTime;
-  std::array<Line, 4> items{
+  std::vector<Line> items{
       statusItem(labels_.load, loadText()),
       statusItem(labels_.tasks, number(readings_.tasks, 0)),
       statusItem(labels_.threads, number(readings_.threads, 0)),
       statusItem(labels_.upTime,
                  decode(uptimeText(upTime, labels_.monthFormat, labels_.dayFormat))),
   };
+  if (const auto& rule = content_.alertRule) {
+    items.push_back(statusItem(labels_.alert, std::to_wstring(rule->threshold) + L" % " +
+                                                  std::to_wstring(rule->minutes) + L" min"));
+  }
   std::vector<Line> lines;
   for (Line& item : items) {
     const int itemWidth = widthOf(item);
@@ -387,6 +404,9 @@ void Layout::addKeyHints() {
   std::vector<Line> hints;
   int width = 0;
   for (const KeyDescription& key : style_.keys) {
+    if (key.word.empty()) {
+      continue;
+    }
     hints.push_back({{key.key, Tone::normal}, {L" " + key.word, Tone::faint}});
     width += (hints.size() > 1 ? kGap : 0) + widthOf(hints.back());
   }

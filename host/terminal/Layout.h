@@ -18,7 +18,7 @@ struct LayoutSize {
 
 struct LayoutStyle {
   bool blocks = false;               ///< gauges of block characters, else of ASCII
-  std::vector<KeyDescription> keys;  ///< named in a last line, at the bottom; none without any
+  std::vector<KeyDescription> keys;  ///< hints in a last line, at the bottom; none without any
 };
 
 struct Page {
@@ -27,10 +27,10 @@ struct Page {
 };
 
 /// At most `size.rows` lines, each at most `size.columns` wide, for any size. What does not fit is
-/// left out, the item last of all; processors that are too many for a gauge each share one with
-/// their neighbours, which shows their mean. Where the item has more gauges than there are columns,
-/// neighbours share one, which shows the highest. An empty item has no line. The list of processes
-/// and the graph are shown where they do not crowd out the rest.
+/// left out, the item last of all and an alert just before it; processors that are too many for a
+/// gauge each share one with their neighbours, which shows their mean. Where the item has more
+/// gauges than there are columns, neighbours share one, which shows the highest. An empty item has
+/// no line. The list of processes and the graph are shown where they do not crowd out the rest.
 Page layOut(const Content& content, const Labels& labels, const Locale& locale, LayoutSize size,
             const LayoutStyle& style);
 

@@ -14,7 +14,7 @@ enum class Tone : std::uint8_t {
   faint,
   gauge,      ///< the filled part of a gauge
   gaugeIdle,  ///< the same of a gauge that is good when full
-  busy,       ///< a share above the threshold, number and gauge
+  busy,       ///< a share above the threshold, number and gauge; an alert
 };
 
 struct Span {

@@ -1,10 +1,25 @@
 #include "host/terminal/LiveDisplay.h"
 
+#include <array>
 #include <csignal>
+#include <ctime>
+#include <cwchar>
 
 #include "host/Signals.h"
 
 namespace vel {
+namespace {
+
+/// As "03:12".
+std::wstring timeOfDay() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  std::array<wchar_t, 8> text{};
+  return {text.data(), std::wcsftime(text.data(), text.size(), L"%H:%M", &local)};
+}
+
+}  // namespace
 
 void LiveDisplay::show(const CPUData& record) {
   source_.read(record, content_);
@@ -13,6 +28,18 @@ void LiveDisplay::show(const CPUData& record) {
 
 void LiveDisplay::update() {
   source_.readViews(content_);
+  paint();
+}
+
+void LiveDisplay::alert(const std::wstring& text) {
+  content_.alert = timeOfDay() + L"  " + text;
+  if (screen_.take()) {
+    screen_.ringBell();
+  }
+}
+
+void LiveDisplay::dismissAlert() {
+  content_.alert.clear();
   paint();
 }
 
@@ -43,7 +70,7 @@ void LiveDisplay::paint() {
   }
   const auto [columns, rows] = screen_.size();
   const Page page = layOut(content_, labels_, locale_, {columns, rows}, style_);
-  panel_.setOnScreen(page.hasProcesses);
+  panel_.setOnScreen(page.hasProcesses && !helpShown_);
   screen_.paint(helpShown_ ? helpPage(style_.keys, labels_, columns, rows) : page.lines);
 }
 

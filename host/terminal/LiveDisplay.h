@@ -1,6 +1,7 @@
 // The readings on a terminal's whole screen.
 #pragma once
 
+#include <string>
 #include <utility>
 
 #include "host/terminal/Content.h"
@@ -27,6 +28,11 @@ class LiveDisplay : public Display {
 
   /// Shows what has changed without a refresh.
   void update();
+
+  /// Rings the bell. The alert shows with the next refresh, and until it is dismissed or another
+  /// takes its place.
+  void alert(const std::wstring& text);
+  void dismissAlert();
 
   /// In the readings' place, or no more.
   void showHelp(bool shown);

@@ -1,16 +1,45 @@
 #include "host/terminal/ModuleControls.h"
 
 #include <algorithm>
+#include <functional>
 #include <vector>
 
 #include "host/terminal/ViewSearch.h"
 
 namespace vel {
+namespace {
 
-ModuleControls::ModuleControls(View* preferences)
+std::optional<std::int64_t> selectedTag(const HeadlessPopUpButton* popUp) {
+  return popUp != nullptr ? popUp->selectedTag() : std::nullopt;
+}
+
+/// The nearest tag after the selected one in the order of `isBefore`.
+template <typename Order>
+void chooseNearest(HeadlessPopUpButton* popUp, Order isBefore) {
+  const auto selected = selectedTag(popUp);
+  if (!selected) {
+    return;
+  }
+  std::optional<std::int64_t> nearest;
+  for (const TaggedItems::Item& item : popUp->items().all()) {
+    if (isBefore(*selected, item.tag) && (!nearest || isBefore(item.tag, *nearest))) {
+      nearest = item.tag;
+    }
+  }
+  if (nearest) {
+    popUp->choose(*nearest);
+  }
+}
+
+}  // namespace
+
+ModuleControls::ModuleControls(View* preferences, View* alertPreferences)
     : ranking_(findView<HeadlessPopUpButton>(preferences, "popupCPUTop5Type")),
       cores_(findView<HeadlessPopUpButton>(preferences, "popupCPUCoresDisplayed")),
-      graph_(findView<HeadlessButton>(preferences, "btnShowGraph")) {}
+      graph_(findView<HeadlessButton>(preferences, "btnShowGraph")),
+      alert_(findView<HeadlessButton>(alertPreferences, "btnNotifyMoreThan")),
+      threshold_(findView<HeadlessPopUpButton>(alertPreferences, "popNotifyMoreThanValue")),
+      minutes_(findView<HeadlessPopUpButton>(alertPreferences, "popTimeWhereValueMoreThan")) {}
 
 void ModuleControls::toggleGraph() {
   if (hasGraph()) {
@@ -18,8 +47,21 @@ void ModuleControls::toggleGraph() {
   }
 }
 
+void ModuleControls::toggleAlert() {
+  if (hasAlert()) {
+    alert_->click();
+  }
+}
+
+std::optional<AlertRule> ModuleControls::alertRule() const {
+  const bool isOn = hasAlert() && alert_->state() != 0;
+  const auto threshold = selectedTag(isOn ? threshold_ : nullptr);
+  const auto minutes = selectedTag(isOn ? minutes_ : nullptr);
+  return threshold && minutes ? std::optional(AlertRule{*threshold, *minutes}) : std::nullopt;
+}
+
 std::optional<std::int64_t> ModuleControls::ranking() const {
-  return hasRanking() ? ranking_->selectedTag() : std::nullopt;
+  return selectedTag(ranking_);
 }
 
 void ModuleControls::chooseNext(HeadlessPopUpButton* popUp) {
@@ -32,6 +74,14 @@ void ModuleControls::chooseNext(HeadlessPopUpButton* popUp) {
       items.begin(), items.end(), [tag](const TaggedItems::Item& item) { return item.tag == tag; });
   const bool isLast = selected == items.end() || selected + 1 == items.end();
   popUp->choose(isLast ? items.front().tag : (selected + 1)->tag);
+}
+
+void ModuleControls::chooseHigher(HeadlessPopUpButton* popUp) {
+  chooseNearest(popUp, std::less<>());
+}
+
+void ModuleControls::chooseLower(HeadlessPopUpButton* popUp) {
+  chooseNearest(popUp, std::greater<>());
 }
 
 }  // namespace vel

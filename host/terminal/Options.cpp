@@ -15,7 +15,8 @@ constexpr const char* kDescription =
 constexpr const char* kFooter =
     "The first refresh comes at once, with averages since the machine was started.\n"
     "Plain lines and JSON are always in English with a decimal point. On the display,\n"
-    "q or Ctrl-C ends the program and ? tells what the other keys do.";
+    "q or Ctrl-C ends the program and ? tells what the other keys do. Where there is\n"
+    "no display, alerts are lines on standard error.";
 
 std::optional<std::uint64_t> parseCount(const std::string& text) {
   std::uint64_t count = 0;
@@ -57,6 +58,8 @@ std::optional<CommandLineAnswer> parseOptions(int argc, const char* const* argv,
                "second and end; not with --count")
       ->disable_flag_override();
   app.add_flag("--json", options.json, "Print all readings, one JSON object a refresh")
+      ->disable_flag_override();
+  app.add_flag("--notify", options.notify, "Send alerts to the desktop's notifications, too")
       ->disable_flag_override();
   app.callback([&options] {
     if (options.once && options.count) {

@@ -12,6 +12,7 @@ struct Options : HostOptions {
   std::optional<std::uint64_t> count;  ///< refreshes after which the program ends
   bool once = false;
   bool json = false;
+  bool notify = false;
 };
 
 /// Fills `options` or answers in the program's place. `version` is the project's.

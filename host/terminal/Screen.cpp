@@ -143,6 +143,13 @@ void Screen::paint(const std::vector<Line>& lines) {
   }
 }
 
+void Screen::ringBell() {
+  if (isReady()) {
+    const StallGuard guard(state_->before, StallGuard::Reason::goingOn);
+    beep();
+  }
+}
+
 void Screen::State::paintLine(int row, const Line& line) const {
   wmove(window, row, 0);
   for (const Span& span : line) {

@@ -32,6 +32,9 @@ class Screen {
   /// Replaces what is shown; the terminal is sent the difference only.
   void paint(const std::vector<Line>& lines);
 
+  /// To be asked for as painting is.
+  void ringBell();
+
   /// Leaves the terminal as it was.
   void giveBack();
 

@@ -6,6 +6,7 @@
 #include <csignal>
 
 #include "host/RefreshTimer.h"
+#include "host/terminal/Text.h"
 
 namespace vel {
 namespace {
@@ -75,9 +76,10 @@ void TerminalHost::serveKeyboard(ModuleControls& controls) {
       loop_.end();
       return;
     }
-    for (const Key key : *keys) {
-      serveKey(key, controls);
+    for (auto key = keys->begin(); key != keys->end() && !loop_.isEnding(); ++key) {
+      serveKey(*key, controls);
     }
+    followPanel();
   });
 }
 
@@ -109,9 +111,33 @@ void TerminalHost::serveKey(Key key, ModuleControls& controls) {
     case Key::graph:
       controls.toggleGraph();
       break;
+    case Key::alert:
+      controls.toggleAlert();
+      break;
+    case Key::lowerThreshold:
+      controls.lowerThreshold();
+      break;
+    case Key::higherThreshold:
+      controls.raiseThreshold();
+      break;
+    case Key::shorterDuration:
+      controls.shortenDuration();
+      break;
+    case Key::longerDuration:
+      controls.lengthenDuration();
+      break;
+    case Key::dismiss:
+      live_->dismissAlert();
+      break;
     case Key::other:
       break;
   }
+}
+
+void TerminalHost::serveNotifications(TerminalNotifications& notifications,
+                                      DeferredReports& reports) {
+  notifications_ = &notifications;
+  reports_ = &reports;
 }
 
 void TerminalHost::run() {
@@ -165,6 +191,7 @@ void TerminalHost::refresh() {
   // Another number of gauges comes through the queue, and comes before the gauges' values.
   session_.mainQueue().drain();
   module.updateViews();
+  showNotifications();
   refreshed_ = std::chrono::steady_clock::now();
   // It was what an extra one was for.
   extraIsDue_ = false;
@@ -172,6 +199,19 @@ void TerminalHost::refresh() {
   if (oneMore_) {
     oneMore_ = false;
     extra_.set(refreshed_ + kFirstSample);
+  }
+}
+
+void TerminalHost::showNotifications() {
+  if (notifications_ == nullptr) {
+    return;
+  }
+  for (const std::wstring& text : notifications_->take()) {
+    if (live_ != nullptr) {
+      live_->alert(text);
+    } else {
+      reports_->add(encode(text));
+    }
   }
 }
 

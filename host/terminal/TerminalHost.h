@@ -6,6 +6,7 @@
 
 #include "host/Signals.h"
 #include "host/session/ModuleSession.h"
+#include "host/terminal/DeferredReports.h"
 #include "host/terminal/Display.h"
 #include "host/terminal/EventLoop.h"
 #include "host/terminal/Keyboard.h"
@@ -14,6 +15,7 @@
 #include "host/terminal/Options.h"
 #include "host/terminal/Panel.h"
 #include "host/terminal/SingleTimer.h"
+#include "host/terminal/TerminalNotifications.h"
 
 namespace vel {
 
@@ -30,6 +32,9 @@ class TerminalHost {
   /// There must be a live display.
   void serveKeyboard(ModuleControls& controls);
 
+  /// What comes shows with the next refresh: on the live display, else as reports.
+  void serveNotifications(TerminalNotifications& notifications, DeferredReports& reports);
+
   /// Until the last refresh, or until something ends the program.
   void run();
 
@@ -43,6 +48,7 @@ class TerminalHost {
   /// Out of turn, as soon as there is enough to measure.
   void refreshSoon();
   void refresh();
+  void showNotifications();
   void show();
   /// After whatever may have brought the panel on screen: what it shows is older than the panel.
   void followPanel();
@@ -55,6 +61,9 @@ class TerminalHost {
   std::uint64_t hidden_ = 0;  ///< first refreshes that are not shown
   std::uint64_t last_ = 0;    ///< number of the refresh that ends the program, 0 for none
   std::uint64_t done_ = 0;    ///< refreshes in turn
+
+  TerminalNotifications* notifications_ = nullptr;
+  DeferredReports* reports_ = nullptr;
 
   SingleTimer extra_;
   bool extraIsDue_ = false;  ///< soon

@@ -16,10 +16,12 @@
 #include "host/Report.h"
 #include "host/Signals.h"
 #include "host/StandardFiles.h"
+#include "host/notifications/DesktopNotifications.h"
 #include "host/session/ModuleSession.h"
 #include "host/store/SettingsPath.h"
 #include "host/store/SettingsStore.h"
 #include "host/terminal/Content.h"
+#include "host/terminal/DeferredReports.h"
 #include "host/terminal/HelpPage.h"
 #include "host/terminal/JsonLines.h"
 #include "host/terminal/LiveDisplay.h"
@@ -30,6 +32,7 @@
 #include "host/terminal/PlainLines.h"
 #include "host/terminal/Summary.h"
 #include "host/terminal/TerminalHost.h"
+#include "host/terminal/TerminalNotifications.h"
 #include "host/terminal/TerminalType.h"
 #include "platform/foundation/GlobalQueue.h"
 #include "platform/headless/HeadlessNib.h"
@@ -87,20 +90,27 @@ void show(const Options& options, std::vector<std::string> arguments) {
   const auto hostBundle = openHostBundle(kProgram, locale);
   const Bundle* bundle = hostBundle ? &*hostBundle : nullptr;
   HeadlessWorkspace workspace;
+  DeferredReports reports(kProgram, live && isTerminal(STDERR_FILENO));
   GlobalQueue writing(1);
   SettingsStore store(settingsPath(), writing,
-                      [](const std::string& message) { report(kProgram, message); });
+                      [&reports](const std::string& message) { reports.add(message); });
+  std::optional<DesktopNotifications> desktop;
+  if (options.notify) {
+    desktop.emplace([&reports](const std::string& message) { reports.add(message); });
+  }
+  TerminalNotifications notifications(desktop ? &*desktop : nullptr);
   ModuleSession session(
       kProgram, options, std::move(arguments), locale, bundle,
       {[](auto problem) { return std::make_unique<HeadlessNibLoader>(std::move(problem)); },
-       workspace});
+       workspace, &notifications});
   session.initMainApp();
   session.module().setVelPreferencesDefault(&store);
 
   const Labels labels(bundle);
   const Output output(STDOUT_FILENO, signals.descriptor());
   Panel panel(session.module().statusbarStandAloneView());
-  ModuleControls controls(session.module().preferencesModuleView());
+  ModuleControls controls(session.module().preferencesModuleView(),
+                          session.module().preferenceNotificationView());
   ContentSource source(session.module().statusbarView(), panel, controls, session.kernel());
   LayoutStyle style{std::string_view(nl_langinfo(CODESET)) == "UTF-8", {}};
   const bool hasKeyboard = live && isTerminal(STDIN_FILENO);
@@ -127,6 +137,7 @@ void show(const Options& options, std::vector<std::string> arguments) {
                     dynamic_cast<LiveDisplay*>(display.get()));
   host.serveSignals(signals);
   host.watchOutput();
+  host.serveNotifications(notifications, reports);
   if (hasKeyboard) {
     host.serveKeyboard(controls);
   }

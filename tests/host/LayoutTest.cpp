@@ -98,7 +98,7 @@ class LayoutTest : public ::testing::Test {
 
   [[nodiscard]] std::vector<std::wstring> shown(const Readings& readings, LayoutSize size) const {
     std::vector<std::wstring> texts;
-    const Content content{item_, readings, processes_, graph_};
+    const Content content{item_, readings, processes_, graph_, alertRule_, alert_};
     const Page page = layOut(content, labels_, locale_, size, {true, keys_});
     for (const Line& line : page.lines) {
       texts.emplace_back();
@@ -120,6 +120,8 @@ class LayoutTest : public ::testing::Test {
   std::vector<KeyDescription> keys_{{L"q", L"quit", L""}};
   std::optional<ProcessList> processes_;
   const VELGraphMultiple* graph_ = nullptr;
+  std::optional<AlertRule> alertRule_;
+  std::wstring alert_;
 };
 
 TEST_F(LayoutTest, FitsAnySizeAndShowsEveryProcessorOnce) {
@@ -174,8 +176,11 @@ TEST_F(LayoutTest, ProcessesAndGraphHaveRoomBeforeComfort) {
   const Graph graph(Series{{50.0F}});
   graph_ = &graph;
   processes_ = kProcesses;
-  keys_ = {
-      {L"q", L"quit", L""}, {L"t", L"ranking", L""}, {L"g", L"graph", L""}, {L"?", L"help", L""}};
+  keys_ = {{L"q", L"quit", L""},
+           {L"t", L"ranking", L""},
+           {L"g", L"graph", L""},
+           {L"< >", L"", L""},
+           {L"?", L"help", L""}};
   struct Case {
     int rows;
     std::uint32_t processors;
@@ -200,6 +205,42 @@ TEST_F(LayoutTest, ProcessesAndGraphHaveRoomBeforeComfort) {
   EXPECT_EQ(hintsAt(80), L" q quit  t ranking  g graph  ? help");
   EXPECT_EQ(hintsAt(33), L"q quit  t ranking  ? help");
   EXPECT_EQ(hintsAt(13), L"q quit");
+}
+
+TEST_F(LayoutTest, AnAlertStandsAboveTheItem) {
+  alert_ = L"03:12  p is busy";
+  alertRule_ = {30, 10};
+  const auto lineAt = [this](LayoutSize size, std::size_t row) {
+    return shown(readingsOf(2), size)[row];
+  };
+  EXPECT_EQ(lineAt({80, 24}, 0), L" 03:12  p is busy  x dismiss");
+  EXPECT_EQ(lineAt({80, 24}, 1).substr(0, 5), L" CPU ");
+  EXPECT_EQ(lineAt({80, 24}, 10),
+            L" Load - - -    Tasks -    Threads -    Up -    Alert 30 % 10 min");
+  EXPECT_EQ(lineAt({26, 2}, 0), L"03:12  p is busy");
+  EXPECT_EQ(lineAt({9, 2}, 0), L"03:12  p ");
+  EXPECT_EQ(lineAt({20, 1}, 0), L"CPU         62%");
+  keys_.clear();
+  EXPECT_EQ(lineAt({80, 24}, 0), L" 03:12  p is busy");
+}
+
+TEST_F(LayoutTest, HelpIsAsWholeAsCanBe) {
+  keys_ = {{L"q", L"", L"end the program"}, {L"?", L"", L"this 日本語page"}};
+  const auto helpAt = [this](LayoutSize size) {
+    std::wstring found;
+    for (const Line& line : helpPage(keys_, labels_, size.columns, size.rows)) {
+      for (const Span& span : line) {
+        found += span.text;
+      }
+      found += L"|";
+    }
+    return found;
+  };
+  EXPECT_EQ(helpAt({19, 6}),
+            L" Keys|| q  end the program| ?  this 日本語page|| Any key goes back.|");
+  EXPECT_EQ(helpAt({13, 7}),
+            L" Keys| q  end the |    program| ?  this |    日本語pag|    e| Any key goes|");
+  EXPECT_EQ(helpAt({13, 5}), L" Keys| q  end the p| ?  this 日本| Any key goes|");
 }
 
 TEST_F(LayoutTest, NamesOfProcessesAreHarmlessAndAligned) {
@@ -241,7 +282,8 @@ TEST_F(LayoutTest, NamesOfProcessesAreHarmlessAndAligned) {
 TEST_F(LayoutTest, ALoadAbove70PercentIsBusy) {
   for (const float share : {0.7F, 0.71F}) {
     const Readings readings{share, 0.0F, 0.0F, 0.9F, {}, {}, {}, {}, {}, {}};
-    const auto lines = layOut({{}, readings, {}, nullptr}, labels_, locale_, {20, 4}, {}).lines;
+    const auto lines =
+        layOut({{}, readings, {}, nullptr, {}, {}}, labels_, locale_, {20, 4}, {}).lines;
     EXPECT_EQ(lines[0].back().tone == Tone::busy, share > 0.7F);
     EXPECT_NE(lines[2].back().tone, Tone::busy) << "idle";
   }
@@ -313,8 +355,10 @@ TEST_F(LayoutTest, EveryLanguageHasEveryTextAndStaysAligned) {
     const auto bundle = Bundle::open(VEL_HOST_RESOURCES, locale_, problems);
     labels_ = Labels(&*bundle);
     for (const auto* text :
-         {&labels_.rankingExplained, &labels_.coresExplained, &labels_.graphExplained}) {
-      EXPECT_LE(widthOf(*text), 75);
+         {&labels_.rankingExplained, &labels_.coresExplained, &labels_.graphExplained,
+          &labels_.alertExplained, &labels_.thresholdExplained, &labels_.durationExplained,
+          &labels_.dismissExplained}) {
+      EXPECT_LE(widthOf(*text), 73);
     }
     labels_.nice = kWide;
     const auto lines = shown(readingsOf(2), {80, 24});

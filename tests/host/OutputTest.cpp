@@ -16,6 +16,8 @@
 #include "host/WakeEvent.h"
 #include "host/terminal/JsonLines.h"
 #include "host/terminal/Keyboard.h"
+#include "host/terminal/TerminalNotifications.h"
+#include "platform/headless/HeadlessUserNotifications.h"
 
 namespace vel::test {
 namespace {
@@ -41,7 +43,10 @@ TEST(Keyboard, LettersInAFunctionKeyAreNotTyped) {
   using enum Key;
   const std::map<std::string, std::vector<Key>> cases = {
       {"qQtTcCgG?hH", {quit, quit, ranking, ranking, cores, cores, graph, graph, help, help, help}},
-      {"x\x1b[1;5CQ", {other, other, quit}},
+      {"y\x1b[1;5CQ", {other, other, quit}},
+      {"aA<>[]\x1b[]xX",
+       {alert, alert, lowerThreshold, higherThreshold, shorterDuration, longerDuration, other,
+        dismiss, dismiss}},
       {"\x1bOQt", {other, ranking}},
       {"\x1bxc", {other, cores}},
       {"\x1bq", {other}},
@@ -52,6 +57,26 @@ TEST(Keyboard, LettersInAFunctionKeyAreNotTyped) {
   for (const auto& [bytes, keys] : cases) {
     EXPECT_EQ(keysOf(bytes), keys) << bytes;
   }
+}
+
+TEST(TerminalNotifications, OnlyWhatTheDelegateWantsShown) {
+  struct : UserNotificationCenterDelegate {
+    bool shouldPresentNotification(const UserNotification& notification) override {
+      return notification.title != "unwanted";
+    }
+  } delegate;
+  HeadlessUserNotificationCenter other;
+  TerminalNotifications notifications(&other);
+  notifications.deliverNotification({"without delegate", "", false, {}});
+  notifications.setDelegate(&delegate);
+  notifications.deliverNotification({"unwanted", "", false, {}});
+  notifications.deliverNotification({"a", "\x1b[1m<b>%n\xff", false, {}});
+  notifications.deliverNotification({"b", "", false, {}});
+  EXPECT_EQ(notifications.take(), (std::vector<std::wstring>{L"a: ?[1m<b>%n?", L"b: "}));
+  EXPECT_TRUE(notifications.take().empty());
+  EXPECT_EQ(other.delivered().size(), 2U);
+  notifications.setDelegate(nullptr);
+  EXPECT_FALSE(other.hasDelegate());
 }
 
 TEST(Output, AStalledReaderDoesNotKeepASignalWaiting) {

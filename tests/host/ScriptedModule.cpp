@@ -1,6 +1,7 @@
 // A module whose readings are written in its bundle's Info.strings: "processors" and the user share
 // of all of them in percent, "share". With "gauges", a number, it has an item, from the nib "Item".
-// With "creates" = "nothing" it has no principal object.
+// With "alert" it notifies of that at its second refresh. With "creates" = "nothing" it has no
+// principal object.
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -16,7 +17,7 @@
 namespace vel {
 namespace {
 
-class ScriptedModule : public ModulePrincipal {
+class ScriptedModule : public ModulePrincipal, private UserNotificationCenterDelegate {
  public:
   explicit ScriptedModule(const Bundle& bundle) : bundle_(bundle) {
     const int processors = std::stoi(std::string(bundle.info("processors").value_or("0")));
@@ -32,7 +33,10 @@ class ScriptedModule : public ModulePrincipal {
     record_.setTopMemProcess({{"\x1b[31m\xff\n\"", "7", "1.5"}});
   }
 
+  ~ScriptedModule() override { Platform::current().userNotificationCenter.setDelegate(nullptr); }
+
   void initMainApp() override {
+    Platform::current().userNotificationCenter.setDelegate(this);
     initialised_ = true;
     nib_ = bundle_.info("gauges") ? Platform::current().nibLoader.load(bundle_, "Item") : nullptr;
     if (nib_) {
@@ -71,6 +75,11 @@ class ScriptedModule : public ModulePrincipal {
   }
   void updateViews() override {
     processing_ = false;
+    if (const auto alert = bundle_.info("alert");
+        alert && record_.number(Reading::tasksCount) == 2.0F) {
+      Platform::current().userNotificationCenter.deliverNotification(
+          {"CPU", std::string(*alert), true, {}});
+    }
     if (gauges_ != nullptr) {
       const float percent = record_.number(Reading::userCPU) * 100.0F;
       text_->setTextString(std::to_string(std::lround(percent)) + "%");
@@ -84,6 +93,7 @@ class ScriptedModule : public ModulePrincipal {
   void setIsProcessing(bool processing) override { processing_ = processing; }
 
  private:
+  bool shouldPresentNotification(const UserNotification& /*notification*/) override { return true; }
   [[nodiscard]] std::int64_t gauges() const {
     return std::stoi(std::string(*bundle_.info("gauges")));
   }

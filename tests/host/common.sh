@@ -31,6 +31,7 @@ bundle() {
     '</widget></ui>' >"$scratch/$1/Item.ui"
 }
 bundle sound '"contract" = "3"; "processors" = "8"; "share" = "50"; "gauges" = "1";'
+bundle alert '"contract" = "3"; "gauges" = "1"; "alert" = "<b>%s\U202e\U001b [7]";'
 bundle cores '"contract" = "3"; "share" = "75"; "gauges" = "8";'
 
 # A machine on which as many processors run as the scripted module has.

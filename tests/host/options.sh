@@ -72,6 +72,6 @@ broken 'cut short'
 expect "version" 'velbar-tty [0-9]+\.[0-9]+\.[0-9]+' "$("$program" --version)"
 help=$("$program" --help)
 [[ -z $(awk 'length > 80' <<<"$help") ]] || fail "--help is too wide" "$help"
-for word in --interval --count --once --json --bundle --proc --sys 'since the machine was started'; do
+for word in --interval --count --once --json --notify --bundle --proc --sys 'since the machine was started'; do
   [[ $help == *"$word"* ]] || fail "--help does not mention $word"
 done

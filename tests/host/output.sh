@@ -55,6 +55,20 @@ done
 [[ ${lines[0]} == *'"name":"\u001b[31m\ufffd\n\""'* ]] || fail "${lines[0]}"
 expect "number of objects with --once" 1 "$(run "${sound[@]}" --json --once --interval 0.1 | wc -l)"
 
+# An alert is a line of its own, and not among the readings.
+for format in '' --json; do
+  text=$(run --bundle "$scratch/alert" $format --count 3 --interval 0.1 2>"$scratch/errors")
+  expect "lines beside an alert $format" 3 "$(wc -l <<<"$text")"
+  expect "alert $format" 'velbar-tty: CPU: <b>%s\?\? \[7\]' "$(<"$scratch/errors")"
+done
+# Sent where nobody is, it is a line all the same.
+export DBUS_SESSION_BUS_ADDRESS=unix:path=$scratch/none
+"$program" --bundle "$scratch/alert" --notify --interval 0.1 >/dev/null 2>"$scratch/errors" &
+until grep -s 'no notification service' "$scratch/errors" >/dev/null; do ((SECONDS < 60)) || fail "nothing is sent"; done
+kill $!
+wait $! || fail "it ends badly"
+expect "alert that cannot be sent" 'velbar-tty: CPU: .*' "$(sed '/no notification service/d' "$scratch/errors")"
+
 # The installed bundle's processes are there from the first refresh on.
 sed -i 's/^\[org.velbar.cpu\]$/&\ncpuTop5Type = 0/' "$XDG_CONFIG_HOME/velbar/settings.ini"
 machineWith one two

@@ -263,7 +263,7 @@ case='keys'
 machineWith first $'\e[31mred' '<b>%n' $'a\nb\tc' $'\xe2\x80\xae\xff\xc3\xff\xc3\xff\xc3\xff\xc3\xff\xc3\xff\xc3'
 open 80x24 : "$program" "${busy[@]}" --interval 3600
 await first
-expect "$case: hints" ' q quit  t ranking  c cores  g graph  \? help' "$(screen | tail -n 1)"
+expect "$case: hints" ' q quit  t ranking  c cores  g graph  a alert  \? help' "$(screen | tail -n 1)"
 # seen TEXT: until a line of the screen is that, but for blanks at its end.
 seen() {
   SECONDS=0
@@ -296,20 +296,81 @@ terminal send-keys -t test '?'
 seen ' Any key goes back.'
 terminal send-keys -t test q
 seen ' Top processes, average since start'
+# Right as it comes while the program is held up, the console's F3, Home with Alt as some terminals send it.
+terminal send-keys -t test -N 40 Right
+terminal send-keys -t test -l $'\e[[C\e\e[H'
 terminal send-keys -t test g
 setting showGraph 0
-terminal send-keys -t test q
+terminal send-keys -t test -l qt
 left 0
+setting cpucoresdisplayed 2
+setting cpuTop5Type 0
 finish
 
+# Without alerts there is nothing to set, and there is nothing below the least.
+case='settings of the alert'
+open 80x24 : "$program" "${busy[@]}" --interval 3600
+await help
+terminal send-keys -t test -l '>]a'
+setting isNotifyMoreThan 1
+terminal send-keys -t test -l '>]]['
+setting NotifyMoreThanValue 40
+setting NotifyTimeValueMoreThan 15
+seen ' Alert 40 % 15 min'
+terminal send-keys -t test -l '<<<<<<<'
+setting NotifyMoreThanValue 10
+terminal send-keys -t test -l a
+setting isNotifyMoreThan 0
+finish
+
+case='alert'
+open 80x24 : "$program" --bundle "$scratch/alert" --interval 0.1
+await $'\a'
+alert=' [0-2][0-9]:[0-5][0-9]  CPU: <b>%s\?\? \[7\]  x dismiss'
+SECONDS=0
+until [[ $(screen | head -n 1) =~ ^$alert$ ]]; do ((SECONDS < 10)) || fail "$case" "$(screen)"; done
+expect "$case: item" ' Scr .*' "$(screen | sed -n 2p)"
+terminal send-keys -t test x
+until [[ $(screen | head -n 1) == ' Scr'* ]]; do ((SECONDS < 10)) || fail "$case: not dismissed" "$(screen)"; done
+terminal send-keys -t test q
+left 0
+leftScreen
+finish
+
+case='settings that cannot be written'
+open 80x24 : "$program" "${busy[@]}" --interval 3600
+seen ' Top processes, average since start'
+mv "$XDG_CONFIG_HOME/velbar" "$scratch/settings"
+touch "$XDG_CONFIG_HOME/velbar"
+terminal send-keys -t test t
+seen ' Top processes, now'
+terminal send-keys -t test q
+left 0
+expect "$case: what is left" $'before\nvelbar-tty: .*settings.ini: cannot be written: .*' "$(screen)"
+rm "$XDG_CONFIG_HOME/velbar"
+mv "$scratch/settings" "$XDG_CONFIG_HOME/velbar"
+finish
+
+# unread: refreshes go on, and no process is read.
+unread() {
+  awaitRefreshes
+  # That old, the time of the last reading is not left for later (man 8 mount, relatime).
+  touch -a -d '2 days ago' "$scratch"/busy/proc/*/stat
+  awaitRefreshes
+  [[ -z $(find "$scratch"/busy/proc/ -path '*[0-9]/stat' -atime 0) ]] || fail "$case: they are read"
+}
+
 case='no room for processes'
-# That old, the time of the last reading is not left for later (man 8 mount, relatime).
-touch -a -d '2 days ago' "$scratch"/busy/proc/*/stat
 open 80x12 : "$program" "${busy[@]}" --interval 0.1
 await help
 process=$(processId)
-awaitRefreshes
-[[ -z $(find "$scratch"/busy/proc/ -path '*[0-9]/stat' -atime 0) ]] || fail "$case: they are read"
+unread
 terminal resize-window -t test -x 80 -y 24
+seen ' first                 101     10.0'
+case='help in front of the processes'
+terminal send-keys -t test '?'
+seen ' Any key goes back.'
+unread
+terminal send-keys -t test x
 seen ' first                 101     10.0'
 finish
