@@ -190,13 +190,15 @@ void VELPreferenceNotificationview::updateWatchList(double now) {
 void VELPreferenceNotificationview::alertOfOne(double now) {
   const auto minutes = static_cast<double>(tagOf(outlets_.popTimeWhereValueMoreThan));
   const auto limit = static_cast<float>(minutes * 60.0);  // Seconds.
-  const auto overdue =
-      std::find_if(dicoMonitored_.begin(), dicoMonitored_.end(), [now, limit](const auto& watched) {
-        return now - watched.second > static_cast<double>(limit);
-      });
-  if (overdue != dicoMonitored_.end() && now - lastNotif_ > kSecondsBetweenAlerts) {
-    showNotification(alertText(overdue->first));
-    dicoMonitored_.erase(overdue);
+  // Of several the one that has waited longest: an alert starts a process's time again, so that
+  // none keeps another from its turn.
+  const auto longest =
+      std::min_element(dicoMonitored_.begin(), dicoMonitored_.end(),
+                       [](const auto& a, const auto& b) { return a.second < b.second; });
+  if (longest != dicoMonitored_.end() && now - longest->second > static_cast<double>(limit) &&
+      now - lastNotif_ > kSecondsBetweenAlerts) {
+    showNotification(alertText(longest->first));
+    dicoMonitored_.erase(longest);
     lastNotif_ = now;
   }
 }
