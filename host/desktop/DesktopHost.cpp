@@ -184,12 +184,7 @@ void DesktopHost::makePreferences() {
                              theme_.setAppearance(appearance);
                            },
                            [this](PanelKind panel) { setPanel(panel); }});
-  std::vector<PreferencesWindow::Page> pages;
-  if (QWidget* page = widgetOf(session_.module().preferencesModuleView())) {
-    pages.push_back({texts_(session_.module().moduleName().c_str()), page});
-  }
-  pages.push_back({texts_("General"), general_.get()});
-  preferences_ = std::make_unique<PreferencesWindow>(texts_, pages);
+  preferences_ = std::make_unique<PreferencesWindow>(texts_, session_.module(), *general_);
 }
 
 void DesktopHost::bringUp() {

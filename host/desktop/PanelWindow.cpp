@@ -1,5 +1,6 @@
 #include "host/desktop/PanelWindow.h"
 
+#include <QFontInfo>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
@@ -18,6 +19,9 @@ using namespace std::chrono_literals;
 
 constexpr int kBorder = 1;
 constexpr double kBorderOpacity = 0.25;
+
+/// In points. A panel's lines have a height of their own, which larger letters do not fit.
+constexpr int kLargestFont = 15;
 
 /// When a dialog closes, the window manager takes a moment to give the keyboard back.
 constexpr auto kFocusMayBeAway = 100ms;
@@ -44,6 +48,7 @@ PanelWindow::PanelWindow(QWidget& panel, QWidget* bar, Actions actions)
       screens_([this] { followItem(); }) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setFocusPolicy(Qt::StrongFocus);
+  limitFont();
   focusIsAway_.setSingleShot(true);
   focusIsAway_.setInterval(kFocusMayBeAway);
   connect(&focusIsAway_, &QTimer::timeout, this, [this] {
@@ -57,6 +62,14 @@ PanelWindow::PanelWindow(QWidget& panel, QWidget* bar, Actions actions)
 
 PanelWindow::~PanelWindow() {
   release();
+}
+
+void PanelWindow::limitFont() {
+  if (fontInfo().pixelSize() > kLargestFont) {
+    QFont largest = font();
+    largest.setPixelSize(kLargestFont);
+    setFont(largest);
+  }
 }
 
 void PanelWindow::hold(QWidget& panel) {

@@ -41,6 +41,7 @@ class PanelWindow : public QWidget {
   void hideEvent(QHideEvent* event) override;
 
  private:
+  void limitFont();
   void hold(QWidget& panel);
   void release();
   void followItem();

@@ -5,15 +5,18 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "host/desktop/windowing/WidgetViews.h"
+
 namespace vel {
 
-PreferencesWindow::PreferencesWindow(const Texts& texts, const std::vector<Page>& pages)
+PreferencesWindow::PreferencesWindow(const Texts& texts, const ModulePrincipal& module,
+                                     QWidget& general)
     : tabs_(new QTabWidget) {
   setWindowTitle(texts("Velbar Preferences"));
   setWindowIcon(QIcon::fromTheme(QStringLiteral("org.velbar.Velbar")));
-  for (const Page& page : pages) {
-    tabs_->addTab(page.widget, page.title);
-  }
+  addPage(texts(module.moduleName().c_str()), widgetOf(module.preferencesModuleView()));
+  addPage(texts("Alerts"), widgetOf(module.preferenceNotificationView()));
+  addPage(texts("General"), &general);
   auto* close = new QPushButton(texts("Clos&e"));
   connect(close, &QPushButton::clicked, this, &QWidget::close);
 
@@ -29,6 +32,12 @@ PreferencesWindow::~PreferencesWindow() {
     QWidget* page = tabs_->widget(0);
     tabs_->removeTab(0);
     page->setParent(nullptr);
+  }
+}
+
+void PreferencesWindow::addPage(const QString& title, QWidget* page) {
+  if (page != nullptr) {
+    tabs_->addTab(page, title);
   }
 }
 

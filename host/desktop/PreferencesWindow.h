@@ -1,28 +1,25 @@
-// The preferences: a page of the module's and one of the host's.
+// The preferences: the module's pages and one of the host's.
 #pragma once
 
 #include <QTabWidget>
 #include <QWidget>
-#include <vector>
 
 #include "host/desktop/Texts.h"
+#include "platform/host/ModulePrincipal.h"
 
 namespace vel {
 
 /// Changes apply at once; closing only hides the window.
 class PreferencesWindow : public QWidget {
  public:
-  struct Page {
-    QString title;
-    QWidget* widget;  ///< lives elsewhere, and longer; is only shown here
-  };
-
-  PreferencesWindow(const Texts& texts, const std::vector<Page>& pages);
+  /// The pages live elsewhere, and longer; they are only shown here.
+  PreferencesWindow(const Texts& texts, const ModulePrincipal& module, QWidget& general);
   ~PreferencesWindow() override;
 
   /// Shows the window, in front of the others.
   void open();
 
+  [[nodiscard]] int pages() const { return tabs_->count(); }
   /// The page at that place, from 0.
   void showPage(int index);
 
@@ -30,6 +27,9 @@ class PreferencesWindow : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  /// None where the module has no such view.
+  void addPage(const QString& title, QWidget* page);
+
   QTabWidget* tabs_;
 };
 

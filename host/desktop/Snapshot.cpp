@@ -134,17 +134,12 @@ class Photographer {
   }
 
   void takePreferences(const std::string& appearance) {
-    std::vector<PreferencesWindow::Page> pages;
-    if (QWidget* page = widgetOf(session_.module().preferencesModuleView())) {
-      pages.push_back({texts_(session_.module().moduleName().c_str()), page});
-    }
     GeneralPage general(texts_, 1000, Appearance::followDesktop, PanelKind::expanded, {});
-    pages.push_back({texts_("General"), &general});
-    PreferencesWindow window(texts_, pages);
+    PreferencesWindow window(texts_, session_.module(), general);
     set(kGaugeType, kGaugeTypes[0].value);
     set(kCoresDisplayed, kCoreModes[0].value);
     window.show();
-    for (int page = 0; page < static_cast<int>(pages.size()); ++page) {
+    for (int page = 0; page < window.pages(); ++page) {
       window.showPage(page);
       settle();
       save(window, "preferences-" + std::to_string(page + 1) + "-" + appearance);

@@ -28,6 +28,7 @@
 #include "host/desktop/kit/Theme.h"
 #include "host/desktop/windowing/QtNib.h"
 #include "host/desktop/workspace/DesktopWorkspace.h"
+#include "host/notifications/DesktopNotifications.h"
 #include "host/session/ModuleSession.h"
 #include "host/store/SettingsPath.h"
 #include "host/store/SettingsStore.h"
@@ -71,7 +72,7 @@ int answer(const CommandLineAnswer& answer) {
 
 ModuleSession makeSession(const DesktopOptions& options, std::vector<std::string> arguments,
                           const Locale& locale, const Bundle* hostBundle, Workspace& workspace,
-                          OfferEnding offerEnding) {
+                          UserNotificationCenter* notifications, OfferEnding offerEnding) {
   return {kProgram,
           options,
           std::move(arguments),
@@ -82,7 +83,7 @@ ModuleSession makeSession(const DesktopOptions& options, std::vector<std::string
              registerKit(*loader, offerEnding);
              return loader;
            },
-           workspace}};
+           workspace, notifications}};
 }
 
 /// What the one that runs already has been asked to do.
@@ -112,9 +113,10 @@ int showOnDesktop(const DesktopOptions& options, std::vector<std::string> argume
   GlobalQueue writing(1);
   SettingsStore store(settingsPath(), writing,
                       [](const std::string& message) { report(kProgram, message); });
+  DesktopNotifications notifications([](const std::string& message) { report(kProgram, message); });
   OfferEnding offerEnding;
   ModuleSession session =
-      makeSession(options, std::move(arguments), locale, bundle, workspace,
+      makeSession(options, std::move(arguments), locale, bundle, workspace, &notifications,
                   [&offerEnding](const EndRequest& request) { offerEnding(request); });
   DesktopHost host(options, session, store, texts, locale, theme, signals);
   offerEnding = [&host](const EndRequest& request) { host.offerEnding(request); };
@@ -138,7 +140,8 @@ int snapshot(const DesktopOptions& options, std::vector<std::string> arguments) 
   const Bundle* bundle = hostBundle ? &*hostBundle : nullptr;
   Theme theme;
   DesktopWorkspace workspace(bundle);
-  ModuleSession session = makeSession(options, std::move(arguments), locale, bundle, workspace, {});
+  ModuleSession session =
+      makeSession(options, std::move(arguments), locale, bundle, workspace, nullptr, {});
   session.initMainApp();
   takeSnapshots(*options.snapshots, session, Texts(bundle), theme);
   return 0;

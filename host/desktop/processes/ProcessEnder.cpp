@@ -114,6 +114,7 @@ void ProcessEnder::tell(EndProblem problem, const std::string& name, std::int64_
 QMessageBox& ProcessEnder::openBox(const QString& text) {
   box_ = new QMessageBox;
   box_->setAttribute(Qt::WA_DeleteOnClose);
+  box_->setModal(false);  // The item, the panel and the preferences are still to be used.
   box_->setWindowFlag(Qt::WindowStaysOnTopHint);
   box_->setWindowTitle(texts_("End Process"));
   box_->setTextFormat(Qt::PlainText);

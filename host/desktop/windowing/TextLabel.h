@@ -1,8 +1,11 @@
 // A label whose plain text ends in an ellipsis where it does not fit.
 #pragma once
 
+#include <QFont>
 #include <QLabel>
 #include <QPaintEvent>
+#include <QStaticText>
+#include <QString>
 
 namespace vel {
 
@@ -14,6 +17,15 @@ class TextLabel : public QLabel {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void set(const QString& text, int width);
+
+  /// As it was set last, and what of.
+  QStaticText set_;
+  QString text_;
+  QFont font_;
+  int width_ = -1;
 };
 
 }  // namespace vel

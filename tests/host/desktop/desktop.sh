@@ -35,7 +35,7 @@ change() {
   before=$(picture "$bar")
   key $2
   await "$3 = $4 after $1" isSet "$3" "$4"
-  [[ $1 == panels:* ]] || await "the bar after $1" looksOtherThan "$bar" "$before"
+  [[ $1 == panels:* || $1 == alerts:* ]] || await "the bar after $1" looksOtherThan "$bar" "$before"
 }
 change 'hiding the percentage' 'alt+h' showDisplay 0
 isSet subItemsDisplayed 6 || fail "subItemsDisplayed is $(setting subItemsDisplayed), not 6"
@@ -87,6 +87,10 @@ await "the preferences of the first" isThere 'Velbar Preferences'
 preferences=$(windowNamed 'Velbar Preferences')
 xdotool windowactivate --sync "$preferences"
 change 'the name back' 'alt+n' subItemsDisplayed 7
+key ctrl+Tab
+change 'alerts: on' 'alt+o' isNotifyMoreThan 1
+change 'alerts: the threshold' 'alt+m End' NotifyMoreThanValue 400
+change 'alerts: the time' 'alt+f Home' NotifyTimeValueMoreThan 1
 stop HUP
 
 # Above 70 percent and not at it, and only the busy one: the first refresh shows the averages since the start of this

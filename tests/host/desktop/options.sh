@@ -62,6 +62,7 @@ for appearance in light dark; do
   ((count == 12 && kinds == 4)) || fail "$count $appearance items, of which $kinds differ"
   heights=$(identify -format '%h\n' "$scratch"/pictures/panel-*-$appearance.png | sort -n | xargs)
   [[ $heights == '78 116 116 282 316 316' ]] || fail "the $appearance panels' heights are $heights"
-  [[ -s $scratch/pictures/preferences-1-$appearance.png ]] || fail "no $appearance preferences"
+  kinds=$(cksum "$scratch"/pictures/preferences-[123]-$appearance.png | cut -d' ' -f1 | sort -u | wc -l)
+  ((kinds == 3)) || fail "$kinds $appearance pages of the preferences"
 done
 [[ ! -e $settings ]] || fail "the pictures have written settings"

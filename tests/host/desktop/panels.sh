@@ -110,7 +110,7 @@ await "the panel to close by Escape" panelIsGone
 "$program" --preferences 2>/dev/null
 await "the preferences" isThere 'Velbar Preferences'
 preferences=$(windowNamed 'Velbar Preferences')
-xdotool windowactivate --sync "$preferences" key ctrl+Tab alt+p End
+xdotool windowactivate --sync "$preferences" key ctrl+shift+Tab alt+p End
 await "the choice of the preferences" isSet panel 1 org.velbar.host
 before=$(picture "$preferences")
 point "$bar"

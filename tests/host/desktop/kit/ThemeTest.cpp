@@ -12,7 +12,7 @@
 #include <QProcess>
 #include <QTest>
 #include <cmath>
-#include <tuple>
+#include <utility>
 
 namespace vel::test {
 
@@ -35,20 +35,19 @@ bool isDark() {
 
 TEST(Theme, EveryTextIsReadableWhateverTheAccent) {
   using P = QPalette;
-  const std::tuple<P::ColorRole, P::ColorRole, double> pairs[] = {
-      {P::WindowText, P::Window, 4.5},
-      {P::Text, P::Base, 4.5},
-      {P::Text, P::AlternateBase, 4.5},
-      {P::ButtonText, P::Button, 4.5},
-      {P::ToolTipText, P::ToolTipBase, 4.5},
-      {P::HighlightedText, P::Highlight, 4.5},
-      {P::Link, P::Window, 4.5},
-      {P::LinkVisited, P::Base, 4.5},
-      {P::PlaceholderText, P::Base, 3.0}};
+  const std::pair<P::ColorRole, P::ColorRole> pairs[] = {{P::WindowText, P::Window},
+                                                         {P::Text, P::Base},
+                                                         {P::Text, P::AlternateBase},
+                                                         {P::ButtonText, P::Button},
+                                                         {P::ToolTipText, P::ToolTipBase},
+                                                         {P::HighlightedText, P::Highlight},
+                                                         {P::Link, P::Window},
+                                                         {P::LinkVisited, P::Base},
+                                                         {P::PlaceholderText, P::Base}};
   for (const char* accent : {"#308cc6", "yellow", "black", "white", "#000060", "#e95420"}) {
     for (const QPalette& palette : {lightPalette(accent), darkPalette(accent)}) {
-      for (const auto& [text, background, least] : pairs) {
-        EXPECT_GE(contrast(palette, text, background), least)
+      for (const auto& [text, background] : pairs) {
+        EXPECT_GE(contrast(palette, text, background), text == P::PlaceholderText ? 3.0 : 4.5)
             << accent << ": " << text << " on " << background << ", window "
             << palette.color(P::Window).name().toStdString();
       }

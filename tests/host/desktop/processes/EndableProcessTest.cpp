@@ -13,10 +13,9 @@ namespace vel::test {
 using Problem = std::optional<EndProblem>;
 using Process = std::shared_ptr<const EndableProcess>;
 
-Process opened(const Child& child) {
-  const auto opened = EndableProcess::open(child.pid(), child.name(), afterAll());
-  const auto* process = std::get_if<Process>(&opened);
-  return process != nullptr ? *process : nullptr;
+/// Throws if there is a problem.
+Process opened(std::int64_t pid, std::string_view name) {
+  return std::get<Process>(EndableProcess::open(pid, name, afterAll()));
 }
 
 Problem problem(std::int64_t pid, std::string_view name, std::chrono::nanoseconds shownAt) {
@@ -31,8 +30,7 @@ TEST(EndableProcess, EndsTheOneThatWasShown) {
       SCOPED_TRACE(testing::Message() << name << ", signal " << number);
       Child child(name);
       const Child other(name);
-      const Process process = opened(child);
-      ASSERT_NE(process, nullptr);
+      const Process process = opened(child.pid(), name);
       EXPECT_EQ(process->pid(), child.pid());
       EXPECT_EQ(process->name(), name);
       EXPECT_EQ(process->user(), getpwuid(geteuid())->pw_name);
@@ -47,24 +45,12 @@ TEST(EndableProcess, IsNoOther) {
   const auto before = bootTime();
   const Child child("sleep");
   const std::int64_t pid = child.pid();
-  const struct {
-    std::int64_t pid;
-    const char* name;
-    std::chrono::nanoseconds shownAt;
-    EndProblem problem;
-  } cases[] = {
-      {pid, "slee", afterAll(), EndProblem::isAnother},
-      {pid, "sleeper", afterAll(), EndProblem::isAnother},
-      {pid, "", afterAll(), EndProblem::isAnother},
-      {pid, "sleep", before, EndProblem::isAnother},
-      {pid, "sleep", {}, EndProblem::isAnother},
-      {0, "sleep", afterAll(), EndProblem::endedAlready},
-      {-pid, "sleep", afterAll(), EndProblem::endedAlready},
-      {pid + (std::int64_t(1) << 32), "sleep", afterAll(), EndProblem::endedAlready},
-  };
-  for (const auto& [number, name, shownAt, expected] : cases) {
-    SCOPED_TRACE(testing::Message() << number << ' ' << name);
-    EXPECT_EQ(problem(number, name, shownAt), expected);
+  for (const char* name : {"slee", "sleeper", ""}) {
+    EXPECT_EQ(problem(pid, name, afterAll()), EndProblem::isAnother) << name;
+  }
+  EXPECT_EQ(problem(pid, "sleep", before), EndProblem::isAnother);
+  for (const std::int64_t number : {std::int64_t(0), -pid, pid + (std::int64_t(1) << 32)}) {
+    EXPECT_EQ(problem(number, "sleep", afterAll()), EndProblem::endedAlready) << number;
   }
   std::string second;
   if (std::getline(std::ifstream("/proc/2/comm"), second) && second == "kthreadd") {
@@ -74,16 +60,13 @@ TEST(EndableProcess, IsNoOther) {
 
 TEST(EndableProcess, MayHaveEnded) {
   Child child("sleep");
-  const Process process = opened(child);
-  ASSERT_NE(process, nullptr);
+  const Process process = opened(child.pid(), "sleep");
   child.end();
-  for (const bool reaped : {false, true}) {
-    SCOPED_TRACE(reaped);
-    if (reaped) {
-      EXPECT_EQ(child.reap(), SIGKILL);
-    }
+  for (const char* state : {"zombie", "reaped"}) {
+    SCOPED_TRACE(state);
     EXPECT_EQ(process->signal(SIGTERM), EndProblem::endedAlready);
     EXPECT_EQ(problem(child.pid(), "sleep", afterAll()), EndProblem::endedAlready);
+    child.reap();
   }
 }
 
@@ -105,8 +88,7 @@ TEST(EndableProcess, IsNotTheNextOfItsNumber) {
   do {  // Until the clock has left the tick of its start.
     shownAt = bootTime();
   } while (problem(first.pid(), "sleep", shownAt));
-  const Process process = opened(first);
-  ASSERT_NE(process, nullptr);
+  const Process process = opened(first.pid(), "sleep");
   first.end();
   first.reap();
   const auto next = startWithNumber(first.pid(), "sleep");
@@ -120,22 +102,16 @@ TEST(EndableProcess, MayBeAnotherUsers) {
   const bool isRoot = geteuid() == 0;
   std::string first;
   std::getline(std::ifstream("/proc/1/comm"), first);
-  const pid_t asker = fork();
-  if (asker == 0) {
+  const auto ask = [&] {
     constexpr uid_t kNobody = 65534;
     if (isRoot && setresuid(kNobody, kNobody, kNobody) != 0) {
       _exit(255);
     }
-    const auto opened = isRoot ? EndableProcess::open(child.pid(), "sleep", afterAll())
-                               : EndableProcess::open(1, first, afterAll());
-    const auto* process = std::get_if<Process>(&opened);
-    const Problem problem = process != nullptr ? (*process)->signal(SIGTERM) : std::nullopt;
-    _exit(problem ? int(*problem) : 254);
-  }
-  int status = 0;
-  EXPECT_EQ(waitpid(asker, &status, 0), asker);
-  EXPECT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(WEXITSTATUS(status), int(EndProblem::notPermitted));
+    const Process process = isRoot ? opened(child.pid(), "sleep") : opened(1, first);
+    const bool isMine = process->user() == getpwuid(geteuid())->pw_name;
+    _exit(isMine || process->signal(SIGTERM) == EndProblem::notPermitted ? 0 : 1);
+  };
+  EXPECT_EXIT(ask(), testing::ExitedWithCode(0), "");
   EXPECT_TRUE(child.isAlive());
 }
 

@@ -39,11 +39,15 @@ struct EnderTest : testing::Test {
   static void click(const char* text) {
     for (QAbstractButton* button : box()->buttons()) {
       if (button->text() == text) {
-        QTest::mouseClick(button, Qt::LeftButton);
-        return;
+        return QTest::mouseClick(button, Qt::LeftButton);
       }
     }
     ADD_FAILURE() << "no button " << text;
+  }
+
+  void awaitEnd() const {
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !asking.back(); }));
+    EXPECT_EQ(box(), nullptr);
   }
 
   [[nodiscard]] QString named() const {
@@ -66,19 +70,17 @@ TEST_F(EnderTest, EndsNothingUnasked) {
     SCOPED_TRACE(index);
     offer();
     QMessageBox* question = choose(index);
-    ASSERT_NE(question, nullptr);
     EXPECT_TRUE(question->text().contains(named() + " of ")) << question->text().toStdString();
-    EXPECT_EQ(question->textFormat(), Qt::PlainText);
     EXPECT_FALSE(question->informativeText().isEmpty());
     EXPECT_EQ(question->defaultButton()->text(), "&Cancel");
     EXPECT_EQ(asking.back(), true);
+    EXPECT_FALSE(question->isModal());
     QTest::keyClick(question, Qt::Key_Escape);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !asking.back(); }));
-    EXPECT_EQ(box(), nullptr);
+    awaitEnd();
   }
   offer();
   menu()->hide();
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !asking.back(); }));
+  awaitEnd();
   EXPECT_TRUE(child.isAlive());
 }
 
@@ -87,8 +89,7 @@ TEST_F(EnderTest, EndsWhatIsConfirmed) {
   choose(2);
   click("&End");
   EXPECT_EQ(child.reap(), SIGTERM);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !asking.back(); }));
-  EXPECT_EQ(box(), nullptr);
+  awaitEnd();
 }
 
 TEST_F(EnderTest, TellsWhatCannotBeDone) {
@@ -97,7 +98,7 @@ TEST_F(EnderTest, TellsWhatCannotBeDone) {
     EXPECT_EQ(box()->text(), named() + what);
     EXPECT_EQ(box()->textFormat(), Qt::PlainText);
     click("Clos&e");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !asking.back(); }));
+    awaitEnd();
   };
   offer(false);
   EXPECT_EQ(menu(), nullptr);

@@ -10,43 +10,36 @@
 #include <QToolTip>
 
 #include "host/desktop/kit/BootTime.h"
-#include "host/desktop/kit/Kit.h"
-#include "host/desktop/windowing/WidgetViews.h"
-#include "support/NibInBundle.h"
 
 namespace vel::test {
 
 struct KillApp : testing::Test {
   KillApp() {
-    registerKit(bundle.loader, [this](const EndRequest& request) { requests.push_back(request); });
-    nib = bundle.load(uiWith(R"(<layout class="QVBoxLayout"><item>
-        <widget class="VELTextFieldKillApp" name="name"/></item></layout>)"));
-    field = nib->outlet<VELTextFieldKillApp>("name");
-    label = widgetOf(field);
-    label->window()->show();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(label->window()));
+    window.show();
+    window.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
   }
 
   template <typename Event, typename... Arguments>
   void send(Arguments... arguments) {
     Event event(arguments...);
-    QApplication::sendEvent(label, &event);
+    QApplication::sendEvent(&label, &event);
   }
 
-  NibInBundle bundle;
   std::vector<EndRequest> requests;
-  std::unique_ptr<Nib> nib;
-  VELTextFieldKillApp* field = nullptr;
-  QWidget* label = nullptr;
+  QWidget window;
+  ProcessLabel label{&window};
+  QtTextFieldKillApp field{label,
+                           [this](const EndRequest& request) { requests.push_back(request); }};
 };
 
 TEST_F(KillApp, AsksToEndWhatItNames) {
   using Menu = QContextMenuEvent;
   const std::function<void()> ways[] = {
-      [&] { QTest::mouseClick(label, Qt::LeftButton); },
-      [&] { QTest::keyClick(label, Qt::Key_Return); },
-      [&] { QTest::keyClick(label, Qt::Key_Space); },
-      [&] { send<Menu>(Menu::Mouse, QPoint(1, 1), label->mapToGlobal(QPoint(1, 1))); },
+      [&] { QTest::mouseClick(&label, Qt::LeftButton); },
+      [&] { QTest::keyClick(&label, Qt::Key_Return); },
+      [&] { QTest::keyClick(&label, Qt::Key_Space); },
+      [&] { send<Menu>(Menu::Mouse, QPoint(1, 1), label.mapToGlobal(QPoint(1, 1))); },
       [&] { send<Menu>(Menu::Keyboard, QPoint(), QPoint()); },
   };
   const struct {
@@ -57,51 +50,46 @@ TEST_F(KillApp, AsksToEndWhatItNames) {
                {"sleep", 0, false}, {"sleep", -7, false}, {"", 7, false}};
   for (const auto& [name, pid, isProcess] : cases) {
     SCOPED_TRACE(testing::Message() << name << ' ' << pid);
-    field->setStringValue(name);
+    field.setStringValue(name);
     const auto before = bootTime();
-    field->setPID(pid);
+    field.setPID(pid);
     const auto after = bootTime();
-    EXPECT_EQ(label->focusPolicy() != Qt::NoFocus, isProcess);
-    EXPECT_EQ(label->cursor().shape() == Qt::PointingHandCursor, isProcess);
+    EXPECT_EQ(label.focusPolicy() != Qt::NoFocus, isProcess);
+    EXPECT_EQ(label.cursor().shape() == Qt::PointingHandCursor, isProcess);
     for (const auto& way : ways) {
       requests.clear();
       way();
       ASSERT_EQ(requests.size(), isProcess ? 1 : 0);
-      if (isProcess) {
-        EXPECT_EQ(requests[0].name, name);
-        EXPECT_EQ(requests[0].pid, pid);
-        EXPECT_GE(requests[0].shownAt, before);
-        EXPECT_LE(requests[0].shownAt, after);
-        EXPECT_TRUE(label->rect()
-                        .adjusted(0, 0, 1, 1)
-                        .contains(label->mapFromGlobal(requests[0].position)));
+      for (const EndRequest& request : requests) {
+        EXPECT_EQ(request.name, name);
+        EXPECT_EQ(request.pid, pid);
+        EXPECT_TRUE(before <= request.shownAt && request.shownAt <= after);
+        EXPECT_TRUE(label.rect().contains(label.mapFromGlobal(request.position)));
       }
     }
   }
 }
 
 TEST_F(KillApp, ShowsItsNameInAToolTipAsItIs) {
-  field->setStringValue("<b>x</b> &a %n");
+  field.setStringValue("<b>x</b> &a %n");
   send<QHelpEvent>(QEvent::ToolTip, QPoint(), QPoint());
   EXPECT_TRUE(QToolTip::text().contains(QStringLiteral("&lt;b&gt;x&lt;/b&gt;")));
   QToolTip::hideText();
 }
 
 TEST_F(KillApp, LooksOtherUnderTheMouseAndWithFocus) {
-  field->setStringValue("sleep");
-  field->setPID(7);
-  const QImage plain = label->grab().toImage();
-  label->window()->activateWindow();
-  EXPECT_TRUE(QTest::qWaitForWindowActive(label->window()));
-  QTest::keyClick(label->window(), Qt::Key_Tab);
-  EXPECT_TRUE(label->hasFocus());
-  EXPECT_NE(label->grab().toImage(), plain);
-  field->setPID(0);
-  EXPECT_FALSE(label->hasFocus());
-  EXPECT_EQ(label->grab().toImage(), plain);
-  field->setPID(7);
-  label->setAttribute(Qt::WA_UnderMouse);
-  EXPECT_NE(label->grab().toImage(), plain);
+  field.setStringValue("sleep");
+  field.setPID(7);
+  const QImage plain = label.grab().toImage();
+  QTest::keyClick(&window, Qt::Key_Tab);
+  EXPECT_TRUE(label.hasFocus());
+  EXPECT_NE(label.grab().toImage(), plain);
+  field.setPID(0);
+  EXPECT_FALSE(label.hasFocus());
+  EXPECT_EQ(label.grab().toImage(), plain);
+  field.setPID(7);
+  label.setAttribute(Qt::WA_UnderMouse);
+  EXPECT_NE(label.grab().toImage(), plain);
 }
 
 }  // namespace vel::test

@@ -40,22 +40,29 @@ TEST(PlainText, IsOneHarmlessLine) {
 
 TEST(TextLabel, ElidesAtTheRightWhatDoesNotFit) {
   const QString text = "a <b>process</b> with a & and a long name";
-  const auto image = [](const QString& shown, int width) {
-    TextLabel label;
-    label.setTextFormat(Qt::PlainText);
-    label.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  TextLabel label;
+  label.setTextFormat(Qt::PlainText);
+  label.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  const auto image = [&](const QString& shown, int width) {
     label.resize(width, 20);
     label.setText(shown);
     return label.grab().toImage();
   };
-  const QFontMetrics metrics((TextLabel().font()));
-  const QString elided = metrics.elidedText(text, Qt::ElideRight, 100);
+  const QString elided = label.fontMetrics().elidedText(text, Qt::ElideRight, 100);
   ASSERT_TRUE(elided.startsWith("a <b>"));
-  EXPECT_EQ(image(text, 100), image(elided, 100));
-  const int fitting = metrics.horizontalAdvance(text);
-  EXPECT_NE(image(text, fitting), image(text + '.', fitting));
-  EXPECT_EQ(image(text + '.', fitting),
-            image(metrics.elidedText(text + '.', Qt::ElideRight, fitting), fitting));
+  const int fitting = label.fontMetrics().horizontalAdvance(text);
+  const QImage whole = image(text, fitting);
+  EXPECT_NE(whole, image(elided, fitting));
+  EXPECT_NE(whole, image(text + '.', fitting));
+  const QImage narrow = image(text, 100);
+  EXPECT_EQ(narrow, image(elided, 100));
+  EXPECT_EQ(whole, image(text, fitting));
+  label.setPalette(Qt::red);
+  EXPECT_NE(narrow, image(text, 100));
+  label.setPalette({});
+  EXPECT_EQ(narrow, image(text, 100));
+  label.setFont(QFont("D050000L"));
+  EXPECT_NE(narrow, image(text, 100));
 }
 
 }  // namespace vel::test

@@ -39,7 +39,11 @@ const std::string settings =
 struct QtControls : testing::Test {
   QtControls() {
     EXPECT_EQ(bundle.problems, std::vector<std::string>());
-    for (Control* control : std::initializer_list<Control*>{box, matrix, popUp}) {
+    for (const auto& [control, controlClass] :
+         {std::pair<Control*, ControlClass>{box, ControlClass::button},
+          {matrix, ControlClass::matrix},
+          {popUp, ControlClass::popUpButton}}) {
+      EXPECT_EQ(control->controlClass(), controlClass);
       control->setAction([this] { ++count; });
     }
     widget("view").show();
@@ -49,9 +53,8 @@ struct QtControls : testing::Test {
 
   QWidget& widget(const char* name) const { return *widgetOf(nib->outlet<View>(name)); }
 
-  void click(const char* name) {
-    const QPoint place(5, widget(name).height() / 2);
-    QTest::mouseClick(&widget(name), Qt::LeftButton, {}, place);
+  void click(const char* name) const {
+    QTest::mouseClick(&widget(name), Qt::LeftButton, {}, {5, widget(name).height() / 2});
   }
 
   /// How many actions there have been since the last question.
@@ -66,26 +69,21 @@ struct QtControls : testing::Test {
 };
 
 TEST_F(QtControls, ActAtTheUserNotTheProgram) {
-  EXPECT_EQ(box->controlClass(), ControlClass::button);
-  EXPECT_EQ(matrix->controlClass(), ControlClass::matrix);
-  EXPECT_EQ(popUp->controlClass(), ControlClass::popUpButton);
   for (const std::int64_t state : {1, 0, -1, 0, 256}) {
     box->setState(state);
     EXPECT_EQ(box->state(), state == 0 ? 0 : 1);
   }
-  EXPECT_EQ(matrix->selectedTag(), std::nullopt);
-  for (const std::int64_t tag : {10, -1, 20}) {
-    matrix->deselectAllCells();
-    EXPECT_EQ(matrix->selectedTag(), std::nullopt);
-    matrix->selectCellWithTag(tag);
-    matrix->selectCellWithTag(99);
-    EXPECT_EQ(matrix->selectedTag(), tag);
-  }
   EXPECT_EQ(popUp->selectedTag(), 7);
-  for (const std::int64_t tag : {std::int64_t{-5000000000}, std::int64_t{0}}) {
-    popUp->selectItemWithTag(tag);
-    popUp->selectItemWithTag(99);
-    EXPECT_EQ(popUp->selectedTag(), tag);
+  const std::pair<std::int64_t, std::int64_t> tags[] = {{10, -5000000000}, {-1, 0}, {20, 0}};
+  for (const auto& [cell, item] : tags) {
+    EXPECT_EQ(matrix->selectedTag(), std::nullopt);
+    for (const auto& [c, i] : {std::pair{cell, item}, {99, 99}}) {
+      matrix->selectCellWithTag(c);
+      popUp->selectItemWithTag(i);
+      EXPECT_EQ(matrix->selectedTag(), cell);
+      EXPECT_EQ(popUp->selectedTag(), item);
+    }
+    matrix->deselectAllCells();
   }
   auto& comboBox = dynamic_cast<QComboBox&>(widget("popUp"));
   comboBox.setCurrentIndex(-1);

@@ -42,18 +42,15 @@ TEST(QtNib, FindsItsObjectsByNameAndType) {
     <widget class="QComboBox" name="popUp"/><widget class="Matrix" name="matrix"/>
     <widget class="Line" name="line"/><widget class="QWidget"/><widget class="QWidget"/>)"));
   ASSERT_NE(nib, nullptr);
-  EXPECT_NE(nib->outlet<Button>("box"), nullptr);
-  EXPECT_NE(nib->outlet<TextField>("label"), nullptr);
-  EXPECT_NE(nib->outlet<PopUpButton>("popUp"), nullptr);
-  EXPECT_NE(nib->outlet<Matrix>("matrix"), nullptr);
-  EXPECT_NE(nib->outlet<Gauge>("gauge"), nullptr);
-  EXPECT_NE(nib->outlet<View>("unknown"), nullptr);
+  EXPECT_TRUE(nib->outlet<Button>("box") && nib->outlet<TextField>("label") &&
+              nib->outlet<PopUpButton>("popUp") && nib->outlet<Matrix>("matrix") &&
+              nib->outlet<Gauge>("gauge") && nib->outlet<View>("unknown"));
   EXPECT_NE(dynamic_cast<QFrame*>(widgetOf(nib->outlet<View>("line"))), nullptr);
   EXPECT_EQ(bundle.problems, Problems());
 
-  EXPECT_EQ(nib->outlet<Button>("popUp"), nullptr);
-  EXPECT_EQ(nib->outlet<Button>("unknown"), nullptr);
-  EXPECT_EQ(nib->outlet<Button>("nowhere"), nullptr);
+  for (const char* name : {"popUp", "unknown", "nowhere"}) {
+    EXPECT_EQ(nib->outlet<Button>(name), nullptr);
+  }
   EXPECT_EQ(bundle.problems,
             (Problems{bundle.file + R"(: outlet "popUp" is a QComboBox, expected a QCheckBox)",
                       bundle.file + R"(: outlet "unknown" is a Unknown, expected a QCheckBox)",
@@ -103,21 +100,18 @@ TEST(QtNib, ConnectsWhatAPropertyNames) {
     NibObject* gauge = nullptr;
   };
   // The gauge comes later, in the file and by its name.
-  const auto graphOf = [](const std::string& name) {
-    return uiWith(
-        R"(<widget class="Graph" name="graph">)" +
-        (name.empty()
-             ? ""
-             : R"(<property name="gauge" stdset="0"><string>)" + name + "</string></property>") +
-        R"(</widget><widget class="Gauge" name="z"/><widget class="QLabel" name="text"/>)");
+  const auto graphOf = [](const std::string& property, const std::string& name) {
+    return uiWith(R"(<widget class="Graph" name="graph"><property name=")" + property +
+                  R"(" stdset="0"><string>)" + name + R"(</string></property>
+      </widget><widget class="Gauge" name="z"/><widget class="QLabel" name="text"/>)");
   };
-  const std::pair<const char*, const char*> cases[] = {
-      {"z", nullptr},
-      {"", R"(: Graph "graph" has no property "gauge")"},
-      {"Z", R"(: gauge "Z" of Graph "graph" is missing, expected a Gauge)"},
-      {"text", R"(: gauge "text" of Graph "graph" is a QLabel, expected a Gauge)"}};
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"gauge", "z", nullptr},
+      {"other", "z", R"(: Graph "graph" has no property "gauge")"},
+      {"gauge", "Z", R"(: gauge "Z" of Graph "graph" is missing, expected a Gauge)"},
+      {"gauge", "text", R"(: gauge "text" of Graph "graph" is a QLabel, expected a Gauge)"}};
   const auto makeWidget = [](QWidget* parent) { return new QWidget(parent); };
-  for (const auto& [name, problem] : cases) {
+  for (const auto& [property, name, problem] : cases) {
     SCOPED_TRACE(name);
     NibInBundle bundle;
     bundle.loader.registerClass(
@@ -128,7 +122,7 @@ TEST(QtNib, ConnectsWhatAPropertyNames) {
                   {{"gauge", "Gauge", [](NibObject& graph, NibObject& referred) {
                       return (dynamic_cast<Graph&>(graph).gauge = dynamic_cast<Gauge*>(&referred));
                     }}}});
-    const auto nib = bundle.load(graphOf(name));
+    const auto nib = bundle.load(graphOf(property, name));
     ASSERT_EQ(nib != nullptr, problem == nullptr);
     EXPECT_EQ(bundle.problems, nib ? Problems() : Problems{bundle.file + problem});
     if (nib) {
@@ -152,14 +146,13 @@ TEST(QtNib, TextsComeFromTheBundle) {
                                "text=\"Größe\"; item=Eintrag; 1=2;");
   EXPECT_EQ(bundle.problems, Problems());
   ASSERT_NE(nib, nullptr);
-  const std::tuple<const char*, const char*, const char*> cases[] = {
-      {"box", "text", "Größe"},
-      {"fixed", "text", "text"},
-      {"untold", "text", "Größe <b> %1 %s"},
-      {"popUp", "currentText", "Eintrag"}};
-  for (const auto& [name, property, text] : cases) {
-    EXPECT_EQ(widgetOf(nib->outlet<View>(name))->property(property).toString(), text);
-  }
+  const auto property = [&](const char* name, const char* of) {
+    return widgetOf(nib->outlet<View>(name))->property(of).toString();
+  };
+  EXPECT_EQ(property("box", "text"), "Größe");
+  EXPECT_EQ(property("fixed", "text"), "text");
+  EXPECT_EQ(property("untold", "text"), "Größe <b> %1 %s");
+  EXPECT_EQ(property("popUp", "currentText"), "Eintrag");
   EXPECT_EQ(nib->outlet<PopUpButton>("popUp")->selectedTag(), 1);
   EXPECT_EQ(QCoreApplication::translate("Nib", "text"), "text");
 }
@@ -196,15 +189,10 @@ TEST(QtNib, LoadsTheModulesNibsWithoutPluginsOfDesigner) {
   Problems problems;
   QtNibLoader loader([&](const std::string& problem) { problems.push_back(problem); });
   const auto bundle = Bundle::open(VEL_RESOURCES, Locale(".", {"en"}), problems);
-  int nibs = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(VEL_RESOURCES)) {
-    if (entry.path().extension() == ".ui") {
-      EXPECT_NE(loader.load(bundle.value(), entry.path().stem()), nullptr);
-      ++nibs;
-    }
+  for (const char* name : {"VELViewsController", "VELNCViewsController"}) {
+    EXPECT_NE(loader.load(bundle.value(), name), nullptr);
   }
   EXPECT_EQ(problems, Problems());
-  EXPECT_GT(nibs, 0);
 
   EXPECT_EQ(QCoreApplication::libraryPaths(), paths);
   std::ifstream maps("/proc/self/maps");

@@ -5,19 +5,15 @@
 
 #include <QPixmap>
 #include <QTemporaryDir>
+#include <tuple>
 #include <vector>
 
 namespace vel::test {
 namespace {
 
 TEST(QtMenus, ShowTextsAsTheyAreAndMapKeyEquivalents) {
-  const struct {
-    const char* text;
-    const char* label;
-    const char* tip;
-    const char* key;
-    QKeySequence shortcut;
-  } cases[] = {
+  // The module's text, Qt's label and tool tip; the key equivalent and the shortcut.
+  const std::tuple<const char*, const char*, const char*, const char*, QKeySequence> cases[] = {
       {"R&D & more", "R&&D && more", "R&D & more", "k", Qt::CTRL | Qt::Key_K},
       {"a\tb\nc", "a b c", "a b c", "K", Qt::CTRL | Qt::SHIFT | Qt::Key_K},
       {"<b>%1", "<b>%1", "<p>&lt;b&gt;%1</p>", ",", Qt::CTRL | Qt::Key_Comma},
@@ -25,10 +21,10 @@ TEST(QtMenus, ShowTextsAsTheyAreAndMapKeyEquivalents) {
   };
   for (const auto& [text, label, tip, key, shortcut] : cases) {
     SCOPED_TRACE(text);
-    Menu menu;
     MenuItem item;
     item.title = item.toolTip = text;
     item.keyEquivalent = key;
+    Menu menu;
     menu.addItem(item);
     QMenu target;
     appendMenu(target, menu);
