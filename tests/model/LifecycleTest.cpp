@@ -2,6 +2,7 @@
 // updates share.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -19,32 +20,23 @@ namespace {
 using Rows = std::optional<std::vector<ProcessEntry>>;
 using Pids = std::optional<std::vector<std::string>>;
 
-class ScriptedProcesses : public VELCPUProcessesInfo {
- public:
+struct ScriptedProcesses : VELCPUProcessesInfo {
   void getAllProcessInfos() override {
     ++readings;
-    runInside();
+    inside();
   }
   Rows getTop5CPUProccesses() override { return current; }
   Rows getTop5CPUProccessesAvgSinceProcessStart() override { return average; }
   Pids getCPUProccessesForNotification() override {
-    ++alertLists;
-    runInside();
+    inside();
     return alert;
-  }
-
-  void runInside() {
-    if (const auto action = std::exchange(inside, nullptr)) {
-      action();
-    }
   }
 
   Rows current{{{"current", "1", "0.0%"}}};
   Rows average{{{"average", "1", "0.0"}}};
-  Pids alert{{"42"}};
-  std::function<void()> inside;  ///< runs once, inside the next call
+  Pids alert;
+  std::function<void()> inside = [] {};  ///< runs inside the longer calls
   int readings = 0;
-  int alertLists = 0;
 };
 
 class Lifecycle : public testing::Test {
@@ -53,9 +45,6 @@ class Lifecycle : public testing::Test {
     const auto& list = model.record().topMemProcess();
     return !list ? "none" : list->empty() ? "empty" : list->front().name;
   }
-  void post(std::string_view name, std::optional<std::int64_t> object = std::nullopt) {
-    machine.notificationCenter.post(name, object);
-  }
 
   ScriptedPlatform machine;
   std::unique_ptr<ScriptedProcesses> owned = std::make_unique<ScriptedProcesses>();
@@ -63,19 +52,12 @@ class Lifecycle : public testing::Test {
   VELModuleModel model{std::move(owned)};
 };
 
-TEST_F(Lifecycle, FollowsTheBroadcastsOfTheThreshold) {
-  post(broadcast::notificationThresholdDidChange, 30);
-  EXPECT_EQ(model.currentThresholdValue(), 30.0F);
-  post(broadcast::notificationThresholdDidChange);
-  EXPECT_EQ(model.currentThresholdValue(), 0.0F);
-}
-
 TEST_F(Lifecycle, TheModeChoosesTheList) {
   using Mode = std::optional<std::int64_t>;
   const std::pair<Mode, const char*> steps[] = {
       {2, "none"}, {0, "average"}, {1, "current"}, {2, "current"}, {std::nullopt, "average"}};
   for (const auto& [mode, list] : steps) {
-    post(broadcast::top5Type, mode);
+    machine.notificationCenter.post(broadcast::top5Type, mode);
     model.updateTopProcess();
     EXPECT_EQ(topList(), list);
   }
@@ -88,53 +70,43 @@ TEST_F(Lifecycle, TheModeChoosesTheList) {
   EXPECT_EQ(topList(), "empty");
 }
 
-TEST_F(Lifecycle, TheAlertListReadsTheTableOnlyWithoutAPanel) {
-  const auto& pids = model.record().processesForNotification();
-  model.updateTopProcessExtraNotif();
-  EXPECT_EQ(processes.readings, 0);
-  EXPECT_EQ(pids, processes.alert);
-  processes.alert.reset();
-  model.updateProcessOnlyNotif();
-  EXPECT_EQ(processes.readings, 1);
-  EXPECT_EQ(pids->size(), 1U);
-  processes.alert.emplace();
-  model.updateProcessOnlyNotif();
-  EXPECT_TRUE(pids->empty());
+TEST_F(Lifecycle, TheAlertListStaysUntilThereIsAnother) {
+  for (const auto& [found, kept] : {std::pair{Pids{{"42"}}, Pids{{"42"}}},
+                                    {std::nullopt, Pids{{"42"}}},
+                                    {Pids(std::in_place), Pids(std::in_place)}}) {
+    processes.alert = found;
+    model.updateProcessOnlyNotif();
+    EXPECT_EQ(model.record().processesForNotification(), kept);
+  }
 }
 
 TEST_F(Lifecycle, NoUpdateRunsInsideAnother) {
-  const auto work = [this] {
-    return machine.kernel.tickReadings + processes.readings + processes.alertLists;
+  const auto updateAll = [this] {
+    model.updateModel();
+    model.updateTopProcess();
+    model.updateProcessOnlyNotif();
+    model.updateTopProcessExtraNotif();
   };
-  using Update = void (VELModuleModel::*)();
-  const Update updates[] = {&VELModuleModel::updateModel, &VELModuleModel::updateTopProcess,
-                            &VELModuleModel::updateProcessOnlyNotif,
-                            &VELModuleModel::updateTopProcessExtraNotif};
-  const auto updateAll = [&] {
-    const int before = work();
-    for (const auto update : updates) {
-      (model.*update)();
+  int calls = 0;
+  processes.inside = [&] {
+    if (++calls < 100) {
+      updateAll();
     }
-    return work() - before;
   };
-  const int whole = updateAll();
   machine.notificationCenter.addObserver(this, broadcast::needUpdateCoreInfo,
-                                         [this](const Notification&) { processes.runInside(); });
-  for (const auto outer : updates) {
-    machine.kernel.logical = machine.kernel.logical.value_or(0) + 1;  // updateModel posts
-    int inside = -1;
-    processes.inside = [&] { inside = updateAll(); };
-    (model.*outer)();
-    EXPECT_EQ(inside, 0);
-    EXPECT_EQ(updateAll(), whole);  // nor does the flag stay set
+                                         [this](const Notification&) { processes.inside(); });
+  for (const int round : {1, 2}) {        // nor does an update keep the next one out
+    machine.kernel.logical = 10 + round;  // updateModel posts
+    updateAll();
+    EXPECT_EQ(calls, 5 * round);
+    EXPECT_EQ(machine.kernel.tickReadings, round);
   }
   machine.notificationCenter.removeObserver(this);
 }
 
 TEST_F(Lifecycle, LoadAndUptimeAreStoredAndSurviveFailures) {
-  const auto& data = model.record();
   model.updateModel();
-  EXPECT_FALSE(data.find(Reading::tasksCount) || data.find(Reading::loadAverage0) || data.upTime());
+  EXPECT_FALSE(model.record().upTime());
 
   machine.kernel.load = {{.tasks = 312, .threads = 1450}};
   machine.kernel.averages = {1.52, 1.31, 1.20};
@@ -142,12 +114,12 @@ TEST_F(Lifecycle, LoadAndUptimeAreStoredAndSurviveFailures) {
   machine.kernel.boot = {{.seconds = 1'699'906'220, .microseconds = 500'000}};
   model.updateModel();
   const auto expectThem = [&](float average0) {
-    EXPECT_EQ(data.find(Reading::tasksCount), 312.0F);
-    EXPECT_EQ(data.find(Reading::threadsCount), 1450.0F);
-    EXPECT_EQ(data.find(Reading::loadAverage0), average0);
-    EXPECT_EQ(data.find(Reading::loadAverage1), 1.31F);
-    EXPECT_EQ(data.find(Reading::loadAverage2), 1.20F);
-    EXPECT_EQ(data.upTime(), (CalendarDifference{0, 1, 2, 2}));
+    const auto value = [this](Reading reading) { return model.record().number(reading); };
+    EXPECT_EQ((std::array{value(Reading::tasksCount), value(Reading::threadsCount),
+                          value(Reading::loadAverage0), value(Reading::loadAverage1),
+                          value(Reading::loadAverage2)}),
+              (std::array{312.0F, 1450.0F, average0, 1.31F, 1.20F}));
+    EXPECT_EQ(model.record().upTime(), (CalendarDifference{0, 1, 2, 2}));
   };
   expectThem(1.52F);
 

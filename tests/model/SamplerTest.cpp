@@ -72,15 +72,6 @@ class Sampler : public testing::Test {
   ScriptedKernel& kernel = machine.kernel;
 };
 
-TEST_F(Sampler, TheFirstSampleCoversTheTimeSinceBoot) {
-  machineOf(2, 2);
-  kernel.processors = {{.user = 3 * k32Bits}, {.idle = 3 * k32Bits}};
-  VELModuleModel model;
-  EXPECT_FALSE(model.record().find(Reading::userCPU));
-  model.updateModel();
-  EXPECT_EQ(total(model), (Shares{0.5F, 0, 0.5F, 0}));
-}
-
 TEST_F(Sampler, SharesOfEachStatePerProcessorCoreAndMachine) {
   machineOf(8, 4);
   VELModuleModel model;
@@ -128,34 +119,27 @@ TEST_F(Sampler, AFailedOrSkippedReadingIsCoveredByTheNext) {
   machineOf(1, 1);
   VELModuleModel model;
   model.updateModel();
-  run({{.user = 30, .idle = 70}});
-  model.updateModel();
-  const auto expectUser = [&](float machineWide, float processor) {
-    EXPECT_FLOAT_EQ(total(model)[0], machineWide);
+  // What is gained, whether ticks and states can be read, the logical count; the user's share of
+  // the machine and of the processor.
+  const std::tuple<Processor, bool, bool, Count, float, float> steps[] = {
+      {{.user = 30, .idle = 70}, true, true, 1, 0.3F, 0.3F},
+      {{.user = 100}, false, true, 1, 0.3F, 0.3F},
+      {{}, true, true, 2, 0.3F, 0.3F},               // another count: left out as well
+      {{.idle = 300}, true, true, 2, 0.25F, 0.25F},  // 100 of 400 since the first step
+      {{.idle = 10}, true, false, 2, 0.25F, 0},  // no processor is counted, but the sample is kept
+      {{.user = 5, .idle = 5}, true, true, 2, 0.5F, 0.5F},
+  };
+  for (std::size_t i = 0; const auto& [gain, ticks, states, logical, whole, processor] : steps) {
+    SCOPED_TRACE(i++);
+    run({gain});
+    kernel.ticksReadable = ticks;
+    kernel.statesReadable = states;
+    kernel.logical = logical;
+    model.updateModel();
+    EXPECT_FLOAT_EQ(total(model)[0], whole);
     EXPECT_FLOAT_EQ(shares(model, R::userCPUAll, 1)[0], processor);
     EXPECT_FLOAT_EQ(shares(model, R::userCPUPhy, 1)[0], processor);
-  };
-  run({{.user = 100}});
-  kernel.ticksReadable = false;
-  model.updateModel();
-  expectUser(0.3F, 0.3F);
-
-  kernel.ticksReadable = true;
-  kernel.logical = 2;  // the count changed: this sample is left out as well
-  model.updateModel();
-  expectUser(0.3F, 0.3F);
-
-  run({{.idle = 300}});
-  model.updateModel();
-  expectUser(0.25F, 0.25F);  // 100 of 400 since the second sample
-  run({{.idle = 10}});
-  kernel.statesReadable = false;  // no processor is counted, but the sample is kept
-  model.updateModel();
-  expectUser(0.25F, 0);
-  kernel.statesReadable = true;
-  run({{.user = 5, .idle = 5}});
-  model.updateModel();
-  expectUser(0.5F, 0.5F);
+  }
 }
 
 TEST_F(Sampler, CountersThatStepBackOrWrapGiveNoHugeDifference) {
@@ -197,20 +181,14 @@ TEST_F(Sampler, CountersAreComparedWithTheirOwnProcessorsWhenTheOrderChanges) {
 }
 
 TEST_F(Sampler, NothingIsReadPastTheEndOfAnArray) {
-  machineOf(2, 2);
-  kernel.count = 64;
-  VELModuleModel model;
-  model.updateModel();
-  kernel.processors.assign(64, {.user = 9});  // more than the sample before covers
-  model.updateModel();
-  EXPECT_FLOAT_EQ(total(model)[0], 1.0F);
-
+  const TickSample whole{.counters = std::vector<std::uint64_t>(12, 700), .processors = {0, 1, 2}};
   TickSample cut{.counters = std::vector<std::uint64_t>(6, 100), .processors = {0, 1, 2}};
   cut.counters.shrink_to_fit();
   EXPECT_EQ(ticksSinceBoot(cut, 0).total(), 400);
   for (const std::size_t index : {1U, 2U, 3U}) {
     EXPECT_EQ(ticksSinceBoot(cut, index).total(), 0);
-    EXPECT_EQ(ticksBetween(cut, cut, index).total(), 0);
+    EXPECT_EQ(ticksBetween(whole, cut, index).total(), 0);
+    EXPECT_EQ(ticksBetween(cut, whole, index).total(), 0);
   }
 }
 
@@ -241,7 +219,7 @@ TEST_F(Sampler, SharesAddUpToOneAndStayInRange) {
   }
 }
 
-TEST_F(Sampler, GroupsWholeProcessorsPerCore) {
+TEST_F(Sampler, GroupsWholeProcessorsPerCoreInTheTimeSinceBoot) {
   // The size of a core group shows in the first core's share: one busy processor among so many.
   constexpr auto kMost = std::numeric_limits<std::uint32_t>::max();
   constexpr float kMoreThanThereAre = std::numeric_limits<float>::infinity();
@@ -253,8 +231,8 @@ TEST_F(Sampler, GroupsWholeProcessorsPerCore) {
     kernel.count = 12;
     kernel.logical = logical;
     kernel.physical = physical;
-    kernel.processors.assign(12, {.idle = 100});
-    kernel.processors[0] = {.user = 100};
+    kernel.processors.assign(12, {.idle = 3 * k32Bits});
+    kernel.processors[0] = {.user = 3 * k32Bits};
     VELModuleModel model;
     model.updateModel();
     EXPECT_FLOAT_EQ(model.record().number(R::userCPUPhy, 0), 1.0F / perCore);
@@ -262,9 +240,7 @@ TEST_F(Sampler, GroupsWholeProcessorsPerCore) {
 }
 
 TEST_F(Sampler, InformationIsReadAnewAndSurvivesFailedReadings) {
-  kernel.count = 4;
   VELModuleModel model;
-  kernel.count.reset();
   kernel.logical = 6;
   kernel.physical = 3;
   EXPECT_EQ(model.cpuCoresInformation(), (CpuCoresInformation{6, 3}));

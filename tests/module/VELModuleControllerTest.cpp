@@ -18,17 +18,6 @@ namespace {
 
 using Log = std::vector<std::string>;
 
-struct ScriptedView : HeadlessView<View> {
-  ScriptedView(std::string viewName, Log& viewLog) : name(std::move(viewName)), log(viewLog) {}
-  [[nodiscard]] bool isWindowVisible() const override {
-    log.push_back(name + " window?");
-    return visible;
-  }
-  std::string name;
-  Log& log;
-  bool visible = false;
-};
-
 struct ScriptedAlert : AlertSettingsView {
   [[nodiscard]] View& view() const override { return page; }
   [[nodiscard]] bool isActivated() const override { return on; }
@@ -37,10 +26,8 @@ struct ScriptedAlert : AlertSettingsView {
   bool on = false;
 };
 
-class ScriptedMain : public MainViewController {
- public:
+struct ScriptedMain : MainViewController {
   explicit ScriptedMain(Log& mainLog) : log(mainLog) {}
-
   void setBundleIdentifier(const std::string& identifier) override { log.push_back(identifier); }
   void loadView() override { log.emplace_back("loadView, record " + bound()); }
   void updateBasicCpuCoresInformation(const CpuCoresInformation& information) override {
@@ -50,37 +37,21 @@ class ScriptedMain : public MainViewController {
   void setVelPreferencesDefault(PreferencesStore* /*store*/) override {}
   void updateViews() override { log.emplace_back("updateViews"); }
   Property<const CPUData*>& cpuData() override { return record; }
-  [[nodiscard]] View* statusbarview() const override { return &bar; }
+  [[nodiscard]] View* statusbarview() const override { return nullptr; }
   [[nodiscard]] View* statusbarcompactview() const override { return &compact; }
   [[nodiscard]] View* statusbarExpandedview() const override { return &expanded; }
-  [[nodiscard]] View* preferencesview() const override { return &preferences; }
+  [[nodiscard]] View* preferencesview() const override { return nullptr; }
   [[nodiscard]] AlertSettingsView* preferenceNotificationview() const override { return &alert; }
-
   [[nodiscard]] std::string bound() const { return record.get() == nullptr ? "none" : "held"; }
 
   Log& log;
   Property<const CPUData*> record;
-  mutable ScriptedView bar{"bar", log};
-  mutable ScriptedView compact{"compact", log};
-  mutable ScriptedView expanded{"expanded", log};
-  mutable ScriptedView preferences{"preferences", log};
+  mutable HeadlessView<View> compact;
+  mutable HeadlessView<View> expanded;
   mutable ScriptedAlert alert;
 };
 
-class ScriptedWidget : public WidgetViewController {
- public:
-  explicit ScriptedWidget(Log& widgetLog) : log(widgetLog) {}
-  void setBundleIdentifier(const std::string& identifier) override { log.push_back(identifier); }
-  void loadView() override { log.emplace_back("loadView"); }
-  [[nodiscard]] View* view() const override { return &root; }
-  void updateViews() override { log.emplace_back("updateViews"); }
-
-  Log& log;
-  mutable ScriptedView root{"root", log};
-};
-
-class LoggedProcesses : public VELCPUProcessesInfo {
- public:
+struct LoggedProcesses : VELCPUProcessesInfo {
   explicit LoggedProcesses(Log& processLog) : log(processLog) {}
   void getAllProcessInfos() override { log.emplace_back("table"); }
   std::optional<std::vector<ProcessEntry>> getTop5CPUProccessesAvgSinceProcessStart() override {
@@ -96,28 +67,19 @@ class LoggedProcesses : public VELCPUProcessesInfo {
 
 class Controller : public testing::Test {
  protected:
-  /// A factory of view controllers that remembers what it created.
-  template <typename Scripted>
-  auto creating(Scripted*& created) {
-    return [this, &created](const std::string& nib, const Bundle& bundle) {
-      EXPECT_EQ(&bundle, &machine.bundle);
-      log.push_back(nib);
-      auto owned = std::make_unique<Scripted>(log);
-      created = owned.get();
-      return owned;
-    };
-  }
-
   Controller() {
     machine.kernel.count = machine.kernel.logical = 2;
     machine.kernel.physical = 1;
     machine.kernel.processors.assign(2, {});
-    controller = controllerWith({.main = creating(views), .widget = creating(widget)});
-  }
-
-  std::unique_ptr<VELModuleController> controllerWith(ViewControllers viewControllers) {
-    return std::make_unique<VELModuleController>(machine.bundle, std::move(viewControllers),
-                                                 std::make_unique<LoggedProcesses>(log));
+    const auto create = [this](const std::string& nib, const Bundle& bundle) {
+      EXPECT_EQ(&bundle, &machine.bundle);
+      log.push_back(nib);
+      auto owned = std::make_unique<ScriptedMain>(log);
+      views = owned.get();
+      return owned;
+    };
+    controller = std::make_unique<VELModuleController>(machine.bundle, ViewControllers{create, {}},
+                                                       std::make_unique<LoggedProcesses>(log));
   }
 
   /// What one sample does, its views' answers included.
@@ -133,7 +95,6 @@ class Controller : public testing::Test {
   ScriptedPlatform machine;
   Log log;
   ScriptedMain* views = nullptr;
-  ScriptedWidget* widget = nullptr;
   std::unique_ptr<VELModuleController> controller;
 };
 
@@ -142,11 +103,6 @@ TEST_F(Controller, EntersTheMainApplicationInOrder) {
   EXPECT_EQ(log, (Log{"VELViewsController", "org.velbar.cpu", "loadView, record none",
                       "2 on 1, record none"}));
   EXPECT_EQ(views->record.get(), &controller->readings());
-  EXPECT_EQ(controller->statusbarView(), &views->bar);
-  EXPECT_EQ(controller->statusbarCombinedView(), &views->compact);
-  EXPECT_EQ(controller->statusbarStandAloneView(), &views->expanded);
-  EXPECT_EQ(controller->preferencesModuleView(), &views->preferences);
-  EXPECT_EQ(controller->preferenceNotificationView(), &views->alert.page);
   EXPECT_EQ(controller->notificationCenterView(), nullptr);
   EXPECT_EQ(controller->moduleName(), "Cpu");
 }
@@ -187,28 +143,13 @@ TEST_F(Controller, HandsAChangedProcessorCountToTheViewsInTheMiddleOfASample) {
       this, broadcast::needUpdateCoreInfo,
       [this](const Notification&) { controller->updateModel(); });
   machine.kernel.logical = 1;
-  EXPECT_EQ(sample(), (Log{"1 on 1, record held", "expanded window?", "compact window?"}));
+  EXPECT_EQ(sample(), (Log{"1 on 1, record held"}));
   machine.notificationCenter.removeObserver(this);
   controller.reset();
   log.clear();
   machine.notificationCenter.post(broadcast::needUpdateCoreInfo);
   machine.notificationCenter.post(broadcast::top5Type);  // the address sanitizer sees who answers
   EXPECT_EQ(log, Log{});
-}
-
-TEST_F(Controller, ServesTheWidgetWithoutPanelsOrAlert) {
-  controller->initNCApp();
-  EXPECT_EQ(log, (Log{"VELNCViewsController", "org.velbar.cpu", "loadView"}));
-  EXPECT_EQ(controller->notificationCenterView(), &widget->root);
-  EXPECT_EQ(controller->statusbarView(), nullptr);
-  EXPECT_EQ(controller->preferenceNotificationView(), nullptr);
-  machine.kernel.physical = 2;
-  machine.notificationCenter.post(broadcast::needUpdateCoreInfo);  // the topology is read anew
-  machine.kernel.processors = {{.user = 1}, {.idle = 1}};
-  EXPECT_EQ(sample(), Log{});
-  EXPECT_EQ(controller->readings().number(ProcessorReading::idleCPUPhy, 1), 1.0F);
-  controller->updateViews();
-  EXPECT_EQ(log, (Log{"updateViews"}));
 }
 
 TEST_F(Controller, ASampleWaitsForTheViewsOfTheOneBefore) {
@@ -226,25 +167,21 @@ TEST_F(Controller, ASampleWaitsForTheViewsOfTheOneBefore) {
 
 TEST_F(Controller, ReadsProcessesOnlyForAPanelOrADueAlert) {
   controller->initMainApp();
-  const std::string e = "expanded window?";
-  const std::string c = "compact window?";
   const std::string list = "alert list at 30";
   // Whether a panel is on the screen, alone or combined; whether the alert is on; whether it is
   // due.
   const std::tuple<bool, bool, bool, bool, Log> cases[] = {
-      {false, false, true, false, {e, c}},
-      {false, false, true, true, {e, c, "table", list}},
-      {true, false, false, true, {e, "table", "top"}},
-      {false, true, false, true, {e, c, "table", "top"}},
-      {true, true, true, false, {e, "table", "top"}},
-      {false, true, true, true, {e, c, "table", "top", list}},
-      {true, false, true, true, {e, "table", "top", list}},
+      {false, false, true, false, {}},
+      {false, false, true, true, {"table", list}},
+      {true, false, false, true, {"table", "top"}},
+      {true, true, true, false, {"table", "top"}},
+      {false, true, true, true, {"table", "top", list}},
   };
   controller->isRefreshTimeOk();
   for (const auto& [expanded, compact, alert, due, work] : cases) {
     SCOPED_TRACE(testing::Message() << expanded << compact << alert << due);
-    views->expanded.visible = expanded;
-    views->compact.visible = compact;
+    views->expanded.setWindowVisible(expanded);
+    views->compact.setWindowVisible(compact);
     views->alert.on = alert;
     machine.clock.seconds += due ? 10.0 : 9.0;
     EXPECT_EQ(sample(), work);
@@ -275,21 +212,6 @@ TEST_F(Controller, AdmitsOneAlertCheckInTenSeconds) {
   for (const auto& [offset, admitted] : steps) {
     machine.clock.seconds = start + offset;
     EXPECT_EQ(controller->isRefreshTimeOk(), admitted) << offset;
-  }
-}
-
-TEST_F(Controller, WithoutViewControllersOnlyTheMachineIsSampled) {
-  controller = controllerWith({});
-  controller->notificationInforModelOfVisibleViews(nullptr);
-  for (const auto enter : {&VELModuleController::initMainApp, &VELModuleController::initNCApp}) {
-    ((*controller).*enter)();
-    EXPECT_EQ(controller->statusbarView(), nullptr);
-    EXPECT_EQ(controller->preferenceNotificationView(), nullptr);
-    EXPECT_EQ(controller->notificationCenterView(), nullptr);
-    EXPECT_EQ(sample(), Log{});
-    controller->setIsProcessing(true);
-    controller->updateViews();
-    EXPECT_FALSE(controller->isProcessing());
   }
 }
 

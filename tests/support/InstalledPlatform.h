@@ -68,9 +68,13 @@ struct InstalledPlatform {
   Locale locale;
   Bundle bundle = moduleBundle();
   Bundle mainBundle = openBundle(VEL_HOST_RESOURCES);
-  Platform platform{
-      kernel, clock,  nibLoader,  workspace, userNotificationCenter, notificationCenter, queue,
-      queue,  locale, mainBundle, {}};
+  Platform platformWith(Queue& global) {
+    Platform result{
+        kernel, clock,  nibLoader,  workspace, userNotificationCenter, notificationCenter, queue,
+        global, locale, mainBundle, {}};
+    return result;
+  }
+  Platform platform = platformWith(queue);
   PlatformInstallation installation{platform};
 };
 

@@ -1,24 +1,14 @@
 // A machine's procfs and sysfs as ordinary files in a temporary directory.
 #include "support/MachineTree.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <stdexcept>
-#include <system_error>
 
 namespace vel::test {
 
 namespace fs = std::filesystem;
 
-MachineTree::MachineTree() {
-  std::string name = fs::temp_directory_path() / "machine-XXXXXX";
-  if (::mkdtemp(name.data()) == nullptr) {
-    throw std::runtime_error(name + ": cannot be made");
-  }
-  root_ = name;
-}
-
-MachineTree::MachineTree(const std::string& fixture) : MachineTree() {
+MachineTree::MachineTree(const std::string& fixture) {
   const fs::path path = fs::path(VEL_FIXTURES) / (fixture + ".tree");
   std::ifstream lines(path);
   if (!lines) {
@@ -36,11 +26,6 @@ MachineTree::MachineTree(const std::string& fixture) : MachineTree() {
     content.clear();
   }
   addSection(title, content);
-}
-
-MachineTree::~MachineTree() {
-  std::error_code ignored;
-  fs::remove_all(root_, ignored);
 }
 
 void MachineTree::addSection(std::string_view title, std::string_view content) const {
@@ -62,8 +47,7 @@ void MachineTree::write(const fs::path& path, std::string_view content) const {
   const fs::path file = absolute(path);
   fs::create_directories(file.parent_path());
   std::ofstream stream(file);
-  stream << content;
-  if (!stream.flush()) {
+  if (!(stream << content).flush()) {
     throw std::runtime_error(file.string() + ": cannot be written");
   }
 }

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "support/TemporaryDirectory.h"
+
 namespace vel::test {
 
 /// Removed with the object. Paths are relative: "proc/stat", "sys/devices/system/cpu/online". What
@@ -12,19 +14,15 @@ namespace vel::test {
 class MachineTree {
  public:
   /// A tree with nothing in it, not even the two roots.
-  MachineTree();
+  MachineTree() = default;
 
   /// The tree of tests/fixtures/`fixture`.tree; tests/fixtures/capture describes the format.
   explicit MachineTree(const std::string& fixture);
 
-  ~MachineTree();
-  MachineTree(const MachineTree&) = delete;
-  MachineTree& operator=(const MachineTree&) = delete;
-
-  [[nodiscard]] std::filesystem::path proc() const { return root_ / "proc"; }
-  [[nodiscard]] std::filesystem::path sys() const { return root_ / "sys"; }
+  [[nodiscard]] std::filesystem::path proc() const { return absolute("proc"); }
+  [[nodiscard]] std::filesystem::path sys() const { return absolute("sys"); }
   [[nodiscard]] std::filesystem::path absolute(const std::filesystem::path& path) const {
-    return root_ / path.relative_path();
+    return std::filesystem::path(directory_.path) / path.relative_path();
   }
 
   /// Makes the file, or gives it another content, and makes the directories that it needs.
@@ -33,7 +31,7 @@ class MachineTree {
  private:
   void addSection(std::string_view title, std::string_view content) const;
 
-  std::filesystem::path root_;
+  TemporaryDirectory directory_;
 };
 
 }  // namespace vel::test

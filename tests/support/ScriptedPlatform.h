@@ -3,11 +3,9 @@
 
 #include <array>
 #include <cstdint>
-#include <initializer_list>
 #include <map>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "support/InstalledPlatform.h"
@@ -23,9 +21,6 @@ class ScriptedKernel : public Kernel {
     std::int64_t nice = 0;
     bool running = true;
   };
-
-  /// The tick counters and states of all processors, as they now stand.
-  void setProcessors(std::vector<Processor> value) { processors = std::move(value); }
 
   std::optional<std::uint32_t> processorCount() override { return count; }
   std::optional<std::uint32_t> physicalCoreCount() override { return physical; }
@@ -71,7 +66,6 @@ class ScriptedKernel : public Kernel {
   };
 
   bool listProcesses(std::vector<ProcessRecord>& records) override {
-    ++processListings;
     records.clear();
     for (const auto& [pid, process] : processes) {
       records.push_back(process.record);
@@ -79,17 +73,15 @@ class ScriptedKernel : public Kernel {
     return processesListable;
   }
   std::optional<ProcessRecord> process(std::int32_t pid) override {
-    const auto found = processes.find(pid);
-    if (found == processes.end() || found->second.gone) {
+    if (!processes.contains(pid) || processes[pid].gone) {
       return std::nullopt;
     }
-    ProcessRecord record = found->second.record;
-    record.parent = found->second.parentNow.value_or(record.parent);
+    ProcessRecord record = processes[pid].record;
+    record.parent = processes[pid].parentNow.value_or(record.parent);
     return record;
   }
   std::optional<TaskFigures> taskFigures(std::int32_t pid) override {
-    const auto found = processes.find(pid);
-    return found == processes.end() || found->second.gone ? std::nullopt : found->second.figures;
+    return process(pid) ? processes[pid].figures : std::nullopt;
   }
   std::int32_t ownPid() override { return own; }
   std::optional<std::string> executablePath(std::int32_t pid) override {
@@ -111,7 +103,6 @@ class ScriptedKernel : public Kernel {
   int tickReadings = 0;
   std::map<std::int32_t, Process> processes;
   bool processesListable = true;
-  int processListings = 0;
   std::int32_t own = -1;
   std::map<std::int32_t, std::string> executables;
 };

@@ -1,15 +1,19 @@
 // A directory of a test's own, which goes with it.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <filesystem>
+#include <stdexcept>
+#include <string>
 
 namespace vel::test {
 
 struct TemporaryDirectory {
-  TemporaryDirectory() { EXPECT_NE(mkdtemp(path.data()), nullptr); }
+  TemporaryDirectory() {
+    if (mkdtemp(path.data()) == nullptr) {
+      throw std::runtime_error(path + ": cannot be made");
+    }
+  }
   ~TemporaryDirectory() { std::filesystem::remove_all(path); }
   TemporaryDirectory(const TemporaryDirectory&) = delete;
   TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;

@@ -145,6 +145,12 @@ TEST_F(Preferences, AreBroadcastBeforeTheyAreSaved) {
       {choose("popupGaugeType", 2), {"MenuBarGaugeType 2"}, {"gaugeType = 2"}},
       {choose("popupCPUTop5Type", 0), {"Top5Type 0"}, {"cpuTop5Type = 0"}},
       {choose("popupCPUCoresDisplayed", 1), {"CoresDisplayed 1"}, {"cpucoresdisplayed = 1"}},
+      {click("btnNotifyMoreThan"), {}, {"isNotifyMoreThan = 1"}},
+      {choose("popNotifyMoreThanValue", 50),
+       {"NotificationThresholdDidChange 50"},
+       {"NotifyMoreThanValue = 50"}},
+      {choose("popTimeWhereValueMoreThan", 60), {}, {"NotifyTimeValueMoreThan = 60"}},
+      {click("btnNotifygfxGPUCardSwitch"), {}, {"gfxGPUCardSwitch = 1"}},
   };
   for (const auto& [change, atOnce, later] : cases) {
     SCOPED_TRACE(later.front());
@@ -154,11 +160,13 @@ TEST_F(Preferences, AreBroadcastBeforeTheyAreSaved) {
     EXPECT_EQ(taken(), later);
   }
   // What is saved is how the control stands then.
-  click("showGauge")();
-  click("showGauge")();
+  for (const char* name :
+       {"btnShowGraph", "btnShowGraph", "btnNotifyMoreThan", "btnNotifyMoreThan"}) {
+    click(name)();
+  }
   drain();
-  EXPECT_EQ(taken(), (Log{"IconSubItemsChanged 0", "subItemsDisplayed = 0", "IconSubItemsChanged 0",
-                          "subItemsDisplayed = 0"}));
+  EXPECT_EQ(taken(), (Log{"ShowGraph 1", "showGraph = 1", "ShowGraph 1", "showGraph = 1",
+                          "isNotifyMoreThan = 1", "isNotifyMoreThan = 1"}));
 }
 
 TEST_F(Preferences, ChooseTheGraphsThatARefreshFeeds) {
@@ -173,17 +181,13 @@ TEST_F(Preferences, ChooseTheGraphsThatARefreshFeeds) {
   EXPECT_EQ(histories.seriesCount(), 1U);
   EXPECT_EQ(histories.value(0, 0), 37.5F);
   EXPECT_EQ(object<VELMenuBarText>("percentageLabel").stringValue(), "38%");
-  for (const char* label : {"compactUserCPULabel", "expandedUserCPULabel"}) {
-    EXPECT_EQ(object<TextField>(label).stringValue(), "25.0%");
-  }
-  for (const auto& [tag, graphs] : {std::pair{1, 4U}, {2, 8U}}) {
+  EXPECT_EQ(object<TextField>("compactUserCPULabel").stringValue(), "25.0%");
+  EXPECT_EQ(object<TextField>("expandedUserCPULabel").stringValue(), "25.0%");
+  for (const auto& [tag, series] : {std::pair{1, 4U}, {2, 8U}}) {
     object<HeadlessPopUpButton>("popupCPUCoresDisplayed").choose(tag);
     module->updateViews();
-    drain();
-    EXPECT_EQ(object<VELGraphMultiple>("compactCPUGraph").numberOfGraphs(), graphs);
-    EXPECT_EQ(object<VELGraphMultiple>("expandedCPUGraph").numberOfGraphs(), graphs);
-    EXPECT_EQ(histories.seriesCount(), graphs);
-    EXPECT_EQ(histories.value(graphs - 1, 0), 37.5F);
+    EXPECT_EQ(histories.seriesCount(), series);
+    EXPECT_EQ(histories.value(series - 1, 0), 37.5F);
   }
   machine.notificationCenter.post(broadcast::coresDisplayed, 3);
   module->updateViews();
@@ -195,23 +199,17 @@ TEST_F(Preferences, ChooseTheProcessesThatAnAlertTellsOf) {
   object<HeadlessButton>("btnNotifyMoreThan").click();
   object<HeadlessPopUpButton>("popTimeWhereValueMoreThan").choose(1);
   auto& process = machine.kernel.processes[812];
-  process.record = {.pid = 812, .parent = 1, .command = {'c'}};
-  process.record.startSeconds = static_cast<std::int64_t>(machine.clock.seconds) - 1000;
+  const auto started = static_cast<std::int64_t>(machine.clock.seconds) - 1000;
+  process.record = {.pid = 812, .parent = 1, .startSeconds = started, .command = {'c'}};
   process.figures.emplace();
-  machine.kernel.executables[812] = "/usr/bin/compiler";
-  // The process takes a quarter of a core.
-  for (const auto& [percent, alerts] : {std::pair{30, 0U}, {20, 1U}}) {
-    object<HeadlessPopUpButton>("popNotifyMoreThanValue").choose(percent);
-    for (int i = 0; i < 15; ++i) {
-      machine.clock.seconds += 10;
-      process.figures->userNanoseconds += 2'500'000'000;
-      module->updateModel();
-      module->updateViews();
-    }
-    EXPECT_EQ(machine.userNotificationCenter.delivered().size(), alerts);
+  object<HeadlessPopUpButton>("popNotifyMoreThanValue").choose(20);
+  for (int i = 0; i < 15; ++i) {
+    machine.clock.seconds += 10;
+    process.figures->userNanoseconds += 2'500'000'000;  // a quarter of a core
+    module->updateModel();
+    module->updateViews();
   }
-  EXPECT_EQ(machine.userNotificationCenter.delivered().back().informativeText,
-            "compiler [812] is using too much CPU");
+  EXPECT_EQ(machine.userNotificationCenter.delivered().size(), 1U);
 }
 
 /// A queue whose tasks stay where they are after they have run.
@@ -222,18 +220,7 @@ struct LingeringQueue : Queue {
 
 TEST_F(Preferences, AreSavedThoughTheModuleHasGone) {
   LingeringQueue global;
-  auto& m = machine;
-  Platform platform{m.kernel,
-                    m.clock,
-                    m.nibLoader,
-                    m.workspace,
-                    m.userNotificationCenter,
-                    m.notificationCenter,
-                    m.queue,
-                    global,
-                    m.locale,
-                    m.mainBundle,
-                    {}};
+  Platform platform = machine.platformWith(global);
   const PlatformInstallation installation(platform);
   startWithStore();
   const auto life = std::make_shared<int>();
@@ -301,17 +288,15 @@ TEST_F(Preferences, AreMissingAsAWholeWithAnOutlet) {
     machine.notificationCenter.post(broadcast::needUpdateCoreInfo);
     module->updateModel();
     module->updateViews();
-    EXPECT_EQ(module->statusbarView(), nullptr);
-    EXPECT_EQ(module->statusbarCombinedView(), nullptr);
-    EXPECT_EQ(module->statusbarStandAloneView(), nullptr);
-    EXPECT_EQ(module->preferencesModuleView(), nullptr);
-    EXPECT_EQ(module->preferenceNotificationView(), nullptr);
+    EXPECT_FALSE(module->statusbarView() || module->statusbarCombinedView() ||
+                 module->statusbarStandAloneView() || module->preferencesModuleView() ||
+                 module->preferenceNotificationView());
     EXPECT_EQ(taken(), Log{});
     module.reset();
   }
 }
 
-TEST(Widget, IsTheRootOfItsNib) {
+TEST(Widget, IsTheRootOfItsNibAndAllThatIsShown) {
   ScriptedPlatform machine;
   const auto views = [](const auto& nib, const Bundle& nibBundle) {
     return std::make_unique<VELNCViewsController>(nib, nibBundle);
@@ -319,7 +304,15 @@ TEST(Widget, IsTheRootOfItsNib) {
   VELModuleController module(machine.bundle, {{}, views});
   module.initNCApp();
   EXPECT_EQ(module.notificationCenterView(), &machine.nibLoader.object<View>("view"));
+  EXPECT_FALSE(module.statusbarView() || module.preferenceNotificationView());
   EXPECT_EQ(machine.nibProblems, Log{});
+  machine.kernel.physical = machine.kernel.count = machine.kernel.logical = 2;
+  machine.kernel.processors = {{.user = 1}, {.idle = 1}};
+  machine.notificationCenter.post(broadcast::needUpdateCoreInfo);  // the topology is read anew
+  module.updateModel();
+  module.updateViews();
+  EXPECT_FALSE(module.isProcessing());
+  EXPECT_EQ(module.readings().number(ProcessorReading::idleCPUPhy, 1), 1.0F);
 }
 
 }  // namespace

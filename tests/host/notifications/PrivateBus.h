@@ -68,7 +68,7 @@ class NotificationServer {
   NotificationServer() {
     sd_bus* bus = nullptr;
     EXPECT_GE(sd_bus_open_user(&bus), 0);
-    bus_.reset(bus);
+    bus_.reset(bus, sd_bus_close_unref);
     EXPECT_GE(sd_bus_add_filter(bus, nullptr, answer, this), 0);
     EXPECT_GE(sd_bus_request_name(bus, "org.freedesktop.Notifications", 0), 0);
   }
@@ -100,10 +100,6 @@ class NotificationServer {
   std::vector<std::string> shown;  ///< what Notify was given, all of it
 
  private:
-  struct Close {
-    void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
-  };
-
   static int answer(sd_bus_message* message, void* self, sd_bus_error* /*error*/) {
     return sd_bus_message_is_method_call(message, "org.freedesktop.Notifications", nullptr) > 0
                ? static_cast<NotificationServer*>(self)->answerCall(message)
@@ -151,7 +147,7 @@ class NotificationServer {
     return result;
   }
 
-  std::unique_ptr<sd_bus, Close> bus_;
+  std::shared_ptr<sd_bus> bus_;
   std::string sender_;
 };
 

@@ -3,12 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace vel::test {
 TEST(SettingsDocument, changesOneValueAndNothingElse) {
-  const struct {
-    std::string before;
-    std::string after;  ///< x = 5 in section a
-  } cases[] = {
+  // Before and after x = 5 in section a.
+  const std::pair<std::string, std::string> cases[] = {
       {"", "[a]\nx = 5\n"},
       {"[b]\r\nx = 1\r\n \r\n", "[b]\r\nx = 1\r\n \r\n[a]\r\nx = 5\r\n"},
       {"x = 1\n[a]b]\nx = 2", "x = 1\n[a]b]\nx = 2\n\n[a]\nx = 5"},

@@ -6,16 +6,14 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <tuple>
 
 namespace vel::test {
 
 TEST(SettingsPath, followsTheEnvironmentWhereItIsAbsolute) {
   const std::string users = std::string(getpwuid(getuid())->pw_dir) + "/.config";
-  const struct {
-    const char* configuration;
-    const char* home;
-    std::string directory;
-  } cases[] = {{"/c", "/h", "/c"}, {"c", "/h", "/h/.config"}, {"", "h", users}};
+  const std::tuple<const char*, const char*, std::string> cases[] = {
+      {"/c", "/h", "/c"}, {"c", "/h", "/h/.config"}, {"", "h", users}};
   for (const auto& [configuration, home, directory] : cases) {
     setenv("XDG_CONFIG_HOME", configuration, 1);
     setenv("HOME", home, 1);

@@ -82,11 +82,9 @@ TEST(LinuxKernel, ReadsCapturedMachines) {
 
 TEST(LinuxKernel, MakesNeighboursOfThreadsNumberedFarApart) {
   const MachineTree tree;
-  const auto columnsOf = [](int cpu) {
+  writeSyntheticMachine(tree, {2, 64, 2}, [](int cpu) {
     return StatColumns{static_cast<std::uint64_t>(cpu), 2, 3, 0xFFFF'FFFF, 5, 6, 7, 8, 9, 10};
-  };
-  writeSyntheticMachine(tree, {.packages = 2, .coresPerPackage = 64, .threadsPerCore = 2},
-                        columnsOf);
+  });
   LinuxKernel kernel(tree.proc(), tree.sys());
   EXPECT_EQ(readAll(kernel), "256 128 256 256 100/321 3 1753430400");
   TickSample sample;
@@ -180,7 +178,6 @@ TEST(LiveMachine, CountsWhatTheLibraryAndTheListingCount) {
   const long online = ::sysconf(_SC_NPROCESSORS_ONLN);
   EXPECT_EQ(kernel.logicalProcessorCount(), online);
   EXPECT_GE(kernel.processorCount(), online);
-  EXPECT_TRUE(kernel.physicalCoreCount() >= 1U && kernel.physicalCoreCount() <= online);
   const SystemLoad load = kernel.systemLoad().value_or(SystemLoad{});
   int listed = 0;
   for (const fs::directory_entry& entry : fs::directory_iterator("/proc")) {

@@ -46,13 +46,8 @@ std::string processors(std::string_view stat) {
 }
 
 TEST(ProcStat, ReadsTheProcessorsLines) {
-  const std::tuple<std::string_view, std::string_view> cases[] = {
-      {"cpu  9 9 9 9\ncpu0 1 2 3 4 10 20 30 40 50 60\nintr 5\n", "0:1,2,93,14 "},
-      {"cpu0 1 2 3 4 5 6\ncpu7 1 2 3 4\nintr 5\n", "0:1,2,9,9 7:1,2,3,4 "},
-  };
-  for (const auto& [text, expected] : cases) {
-    EXPECT_EQ(processors(text), expected) << text;
-  }
+  EXPECT_EQ(processors("cpu  9 9 9 9\ncpu0 1 2 3 4 10 20 30 40 50 60\ncpu7 1 2 3 4 5\nintr 5\n"),
+            "0:1,2,93,14 7:1,2,3,9 ");
   for (const std::string_view text :
        {"", "cpu  9 9 9 9\nintr 5\n", "cpu0 1 2 3 4\n", "cpu0 1 2 3 4\ncpu1 1 2 3",
         "cpu0 1 2 3\nintr 5\n", "cpu0 1 2 3 4x\nintr 5\n", "cpu0 1 2 -3 4\nintr 5\n",
