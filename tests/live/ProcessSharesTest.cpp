@@ -12,8 +12,9 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
-#include <limits>
+#include <numeric>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -28,7 +29,8 @@ namespace vel::test {
 namespace {
 
 /// The machine's, but what this program starts counts as started by the first process.
-struct StartersKernel : LinuxKernel {
+class StartersKernel : public LinuxKernel {
+ public:
   std::optional<ProcessRecord> process(std::int32_t pid) override {
     auto record = LinuxKernel::process(pid);
     if (record && record->parent == getpid()) {
@@ -39,8 +41,13 @@ struct StartersKernel : LinuxKernel {
 };
 
 /// A minute ahead, at which every process is old enough for the rankings.
-struct LaterClock : SystemClock {
-  [[nodiscard]] double now() const override { return SystemClock::now() + 60.0; }
+class LaterClock : public Clock {
+ public:
+  [[nodiscard]] double now() const override { return clock_.now() + 60.0; }
+  void sleep(double seconds) override { clock_.sleep(seconds); }
+
+ private:
+  SystemClock clock_;
 };
 
 std::atomic<std::uint64_t> rounds = 0;
@@ -64,17 +71,21 @@ int start(const char* name, const std::function<void()>& work) {
   return pid;
 }
 
-const double kTick = 1.0 / static_cast<double>(sysconf(_SC_CLK_TCK));  // seconds
+/// What came after the command name in the process's stat file; nothing once it has ended.
+std::vector<std::int64_t> statOf(int pid) {
+  std::ifstream file("/proc/" + std::to_string(pid) + "/stat");
+  const std::string text{std::istreambuf_iterator(file), {}};
+  std::istringstream fields(text.substr(std::min(text.size(), text.rfind(')') + 3)));
+  return {std::istream_iterator<std::int64_t>(fields), {}};
+}
 
 double secondsOf(const std::vector<int>& pids) {
-  double sum = 0;
-  for (const int pid : pids) {
-    std::ifstream file("/proc/" + std::to_string(pid) + "/stat");
-    file.ignore(std::numeric_limits<std::streamsize>::max(), ')').ignore(3);  // name and state
-    const std::vector<std::int64_t> fields(std::istream_iterator<std::int64_t>(file), {});
-    sum += static_cast<double>(fields.at(10) + fields.at(11)) * kTick;
-  }
-  return sum;
+  return std::accumulate(pids.begin(), pids.end(), 0.0, [](double sum, int pid) {
+    const auto stat = statOf(pid);
+    return sum + (stat.empty() ? 0.0
+                               : static_cast<double>(stat[10] + stat[11]) /
+                                     static_cast<double>(sysconf(_SC_CLK_TCK)));
+  });
 }
 
 /// The children of a process, once there are so many.
@@ -92,7 +103,7 @@ std::vector<int> childrenOf(int pid, std::size_t count) {
 class ProcessShares : public testing::Test {
  protected:
   ~ProcessShares() override {
-    for (const int pid : {one, three, parent, asleep}) {
+    for (const int pid : {one, three, parent, terminal, asleep, brief}) {
       kill(pid, SIGKILL);
       waitpid(pid, nullptr, 0);
     }
@@ -101,6 +112,26 @@ class ProcessShares : public testing::Test {
   [[nodiscard]] const ProcessTable::Entry& entry(int pid) const {
     const auto* const found = processes.allProcInfos().find(pid);
     return found != nullptr ? *found : throw std::runtime_error("no entry");
+  }
+  [[nodiscard]] std::vector<int> childrenIn(int pid) const {
+    std::vector<int> children;
+    processes.allProcInfos().forEachChild(entry(pid),
+                                          [&](int child) { children.push_back(child); });
+    std::sort(children.begin(), children.end());
+    return children;
+  }
+
+  /// The names of the busy ones in a ranking, in its order.
+  [[nodiscard]] std::vector<std::string> busyOnesIn(
+      const std::optional<std::vector<ProcessEntry>>& rows) const {
+    std::vector<std::string> names;
+    for (const auto& row : rows.value()) {
+      const int pid = std::stoi(row.pid);
+      if (pid == one || pid == three || pid == parent) {
+        names.push_back(row.name);
+      }
+    }
+    return names;
   }
 
   void waitForWork(double seconds) const {
@@ -111,23 +142,36 @@ class ProcessShares : public testing::Test {
 
   InstalledPlatform<StartersKernel, LaterClock> machine;
   VELCPUProcessesInfo processes;
-  const int one = start("busy-one", burn);
-  const int three = start("busy-three", [] {
+  const int one = start("vel-one", burn);
+  const int three = start("vel-three", [] {
     std::thread(burn).detach();
     std::thread(burn).detach();
     burn();
   });
-  const int parent = start("busy-parent", [] {
-    start("child", burn);
-    start("child", burn);
+  const int parent = start("vel-parent", [] {
+    start("vel-child", burn);
+    start("vel-child", burn);
   });
-  const int asleep = start("asleep", [] {});
+  const int terminal =
+      start("vel-terminal", [] { start("vel-shell", [] { start("vel-editor", burn); }); });
+  const int asleep = start("vel-asleep", [] {});
+  const int brief = start("vel-brief", [] {
+    signal(SIGCHLD, SIG_IGN);
+    start("vel-brief-child", burn);
+  });
 };
 
 TEST_F(ProcessShares, AreThoseOfTheStatFiles) {
   const std::vector<int> children = childrenOf(parent, 2);
-  const std::vector<std::vector<int>> entries = {
-      {one}, {three}, {parent, children[0], children[1]}, {asleep}};
+  const int shell = childrenOf(terminal, 1)[0];
+  const int editor = childrenOf(shell, 1)[0];
+  const int briefChild = childrenOf(brief, 1)[0];
+  const std::vector<std::vector<int>> entries = {{one},
+                                                 {three},
+                                                 {parent, children[0], children[1]},
+                                                 {terminal, shell},
+                                                 {asleep},
+                                                 {brief, briefChild}};
   // Before and after each of two readings of the module.
   std::vector<double> seconds[4];
   const auto note = [&](std::vector<double>& here) {
@@ -135,38 +179,46 @@ TEST_F(ProcessShares, AreThoseOfTheStatFiles) {
   };
   waitForWork(0.1);
   note(seconds[0]);
-  const double beforeFirst = machine.clock.now();
   processes.getAllProcessInfos();
-  const double afterFirst = machine.clock.now();
+  const double begin = entry(one).runningTime;
   note(seconds[1]);
+  kill(briefChild, SIGKILL);
   waitForWork(secondsOf({one}) + 0.3);
+  while (!statOf(briefChild).empty()) {
+  }
   note(seconds[2]);
-  const double shortest = machine.clock.now() - afterFirst;
   processes.getAllProcessInfos();
-  const double longest = machine.clock.now() - beforeFirst;
+  const double elapsed = entry(one).runningTime - begin;
   note(seconds[3]);
 
+  const double tick = 1.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
   for (std::size_t i = 0; i < entries.size(); ++i) {
     SCOPED_TRACE(i);
     // The file has whole ticks of user and of system time, for every process of the entry.
-    const double slack = 2 * kTick * static_cast<double>(entries[i].size());
-    const double share{entry(entries[i][0]).CPUDynamic.value()};
-    EXPECT_GT(share * longest, seconds[2][i] - seconds[1][i] - slack);
-    EXPECT_LT(share * shortest, seconds[3][i] - seconds[0][i] + slack);
+    const double slack = 2 * tick * static_cast<double>(entries[i].size());
+    const double used = double{entry(entries[i][0]).CPUDynamic.value()} * elapsed;
+    EXPECT_GT(used, seconds[2][i] - seconds[1][i] - slack);
+    EXPECT_LT(used, seconds[3][i] - seconds[0][i] + slack);
   }
   EXPECT_EQ(entry(asleep).CPUDynamic, 0.0F);
 
+  EXPECT_EQ(childrenIn(parent), children);
   EXPECT_EQ(entry(three).threads, 3);
   EXPECT_EQ(entry(parent).threads, 3);
-  EXPECT_EQ(processes.allProcInfos().find(children[0]), nullptr);
+  EXPECT_EQ(childrenIn(terminal), std::vector{shell});
+  EXPECT_FALSE(entry(shell).isTopLevel());
+  EXPECT_EQ(childrenIn(shell), std::vector{editor});
+  EXPECT_EQ(processes.allProcInfos().find(editor), nullptr);
+
+  // The machine's own processes may have some of the five rows.
+  const std::vector<std::string> busiest = {"vel-three", "vel-parent", "vel-one"};
   for (const auto& ranking :
-       {processes.getTop5CPUProccesses(), processes.getTop5CPUProccessesAvgSinceProcessStart()}) {
-    std::string busiest;
-    for (const ProcessEntry& row : ranking.value()) {
-      busiest += row.name.starts_with("busy-") ? row.name + ' ' : "";
-    }
-    EXPECT_EQ(busiest, "busy-three busy-parent busy-one ");
+       {processes.getTop5CPUProccessesAvgSinceProcessStart(), processes.getTop5CPUProccesses()}) {
+    const auto names = busyOnesIn(ranking);
+    ASSERT_LE(names.size(), busiest.size());
+    EXPECT_TRUE(std::equal(names.begin(), names.end(), busiest.begin())) << names.back();
   }
+  EXPECT_FALSE(busyOnesIn(processes.getTop5CPUProccesses()).empty());
 }
 
 }  // namespace

@@ -186,6 +186,9 @@ TEST_F(Preferences, ChooseTheGraphsThatARefreshFeeds) {
   for (const auto& [tag, series] : {std::pair{1, 4U}, {2, 8U}}) {
     object<HeadlessPopUpButton>("popupCPUCoresDisplayed").choose(tag);
     module->updateViews();
+    drain();
+    EXPECT_EQ(object<VELGraphMultiple>("compactCPUGraph").numberOfGraphs(), series);
+    EXPECT_EQ(object<VELGraphMultiple>("expandedCPUGraph").numberOfGraphs(), series);
     EXPECT_EQ(histories.seriesCount(), series);
     EXPECT_EQ(histories.value(series - 1, 0), 37.5F);
   }
