@@ -2,36 +2,12 @@
 // broadcast allocate.
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
 #include "module/VELModuleController.h"
 #include "platform/foundation/Clock.h"
 #include "platform/host/Broadcasts.h"
 #include "platform/linux/LinuxKernel.h"
+#include "support/CountAllocations.h"
 #include "support/InstalledPlatform.h"
-
-namespace {
-
-std::atomic<int> allocations = 0;
-
-}  // namespace
-
-// Every other form of new that the module uses ends in this one.
-void* operator new(std::size_t size) {
-  ++allocations;
-  if (void* memory = std::malloc(size == 0 ? 1 : size)) {
-    return memory;
-  }
-  throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t /*size*/) noexcept {
-  std::free(memory);
-}
 
 namespace vel::test {
 namespace {

@@ -4,13 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <limits>
-#include <new>
 #include <stdexcept>
 #include <string_view>
 #include <tuple>
@@ -18,29 +15,9 @@
 #include <vector>
 
 #include "processes/TopFive.h"
+#include "support/CountAllocations.h"
 #include "support/ScriptedPlatform.h"
 #include "support/TemporaryDirectory.h"
-
-namespace {
-
-std::atomic<int> allocations = 0;
-
-}  // namespace
-
-// Every other form of new that the accounting uses ends in this one.
-void* operator new(std::size_t size) {
-  ++allocations;
-  if (void* memory = std::malloc(size == 0 ? 1 : size)) {
-    return memory;
-  }
-  throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t /*size*/) noexcept {
-  std::free(memory);
-}
 
 namespace vel::test {
 namespace {
