@@ -1,9 +1,7 @@
-// The settings that the model follows, its load, uptime and process lists, and the guard that its
-// updates share.
+// The model's load, uptime and alert list.
 #include <gtest/gtest.h>
 
 #include <array>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,64 +9,26 @@
 #include <vector>
 
 #include "model/VELModuleModel.h"
-#include "platform/host/Broadcasts.h"
 #include "support/ScriptedPlatform.h"
 
 namespace vel::test {
 namespace {
 
-using Rows = std::optional<std::vector<ProcessEntry>>;
 using Pids = std::optional<std::vector<std::string>>;
 
 struct ScriptedProcesses : VELCPUProcessesInfo {
-  void getAllProcessInfos() override {
-    ++readings;
-    inside();
-  }
-  Rows getTop5CPUProccesses() override { return current; }
-  Rows getTop5CPUProccessesAvgSinceProcessStart() override { return average; }
-  Pids getCPUProccessesForNotification() override {
-    inside();
-    return alert;
-  }
+  Pids getCPUProccessesForNotification() override { return alert; }
 
-  Rows current{{{"current", "1", "0.0%"}}};
-  Rows average{{{"average", "1", "0.0"}}};
   Pids alert;
-  std::function<void()> inside = [] {};  ///< runs inside the longer calls
-  int readings = 0;
 };
 
 class Lifecycle : public testing::Test {
  protected:
-  [[nodiscard]] std::string topList() const {
-    const auto& list = model.record().topMemProcess();
-    return !list ? "none" : list->empty() ? "empty" : list->front().name;
-  }
-
   ScriptedPlatform machine;
   std::unique_ptr<ScriptedProcesses> owned = std::make_unique<ScriptedProcesses>();
   ScriptedProcesses& processes = *owned;
   VELModuleModel model{std::move(owned)};
 };
-
-TEST_F(Lifecycle, TheModeChoosesTheList) {
-  using Mode = std::optional<std::int64_t>;
-  const std::pair<Mode, const char*> steps[] = {
-      {2, "none"}, {0, "average"}, {1, "current"}, {2, "current"}, {std::nullopt, "average"}};
-  for (const auto& [mode, list] : steps) {
-    machine.notificationCenter.post(broadcast::top5Type, mode);
-    model.updateTopProcess();
-    EXPECT_EQ(topList(), list);
-  }
-  EXPECT_EQ(processes.readings, 5);  // mode 2 reads the table all the same
-  processes.average.reset();
-  model.updateTopProcess();
-  EXPECT_EQ(topList(), "average");
-  processes.average.emplace();
-  model.updateTopProcess();
-  EXPECT_EQ(topList(), "empty");
-}
 
 TEST_F(Lifecycle, TheAlertListStaysUntilThereIsAnother) {
   for (const auto& [found, kept] : {std::pair{Pids{{"42"}}, Pids{{"42"}}},
@@ -78,30 +38,6 @@ TEST_F(Lifecycle, TheAlertListStaysUntilThereIsAnother) {
     model.updateProcessOnlyNotif();
     EXPECT_EQ(model.record().processesForNotification(), kept);
   }
-}
-
-TEST_F(Lifecycle, NoUpdateRunsInsideAnother) {
-  const auto updateAll = [this] {
-    model.updateModel();
-    model.updateTopProcess();
-    model.updateProcessOnlyNotif();
-    model.updateTopProcessExtraNotif();
-  };
-  int calls = 0;
-  processes.inside = [&] {
-    if (++calls < 100) {
-      updateAll();
-    }
-  };
-  machine.notificationCenter.addObserver(this, broadcast::needUpdateCoreInfo,
-                                         [this](const Notification&) { processes.inside(); });
-  for (const int round : {1, 2}) {        // nor does an update keep the next one out
-    machine.kernel.logical = 10 + round;  // updateModel posts
-    updateAll();
-    EXPECT_EQ(calls, 5 * round);
-    EXPECT_EQ(machine.kernel.tickReadings, round);
-  }
-  machine.notificationCenter.removeObserver(this);
 }
 
 TEST_F(Lifecycle, LoadAndUptimeAreStoredAndSurviveFailures) {

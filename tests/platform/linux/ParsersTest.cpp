@@ -1,4 +1,4 @@
-// The kernel's texts, whole, cut and malformed.
+// The kernel's texts, whole, cut, malformed and hostile.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -8,15 +8,20 @@
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <utility>
 #include <vector>
 
+#include "platform/linux/ControlGroup.h"
 #include "platform/linux/CpuList.h"
 #include "platform/linux/ProcLoadavg.h"
+#include "platform/linux/ProcPidStat.h"
 #include "platform/linux/ProcStat.h"
 #include "platform/linux/Topology.h"
 
 namespace vel::test {
 namespace {
+
+using namespace std::string_literals;
 
 TEST(CpuList, ReadsWhatTheKernelWritesAndNothingElse) {
   CpuList list;
@@ -28,9 +33,8 @@ TEST(CpuList, ReadsWhatTheKernelWritesAndNothingElse) {
     list.forEach([&cpus](std::int32_t cpu) { cpus.push_back(cpu); });
     EXPECT_EQ(cpus, expected);
   }
-  for (const std::string_view text :
-       {"", "\n", "0-3", "0-\n", "0,\n", ",0\n", "-1\n", " 0\n", "0 \n", "0x\n", "0\n1\n", "0,0\n",
-        "1,0\n", "3-0\n", "0-65536\n", "0-4294967295\n", "99999999999999999999\n"}) {
+  for (const std::string_view text : {"", "\n", "0-3", "0-\n", "0,\n", ",0\n", "0x\n", "0\n1\n",
+                                      "0,0\n", "3-0\n", "0-65536\n", "99999999999999999999\n"}) {
     EXPECT_FALSE(list.parse(text)) << text;
   }
 }
@@ -49,15 +53,14 @@ TEST(ProcStat, ReadsTheProcessorsLines) {
   EXPECT_EQ(processors("cpu  9 9 9 9\ncpu0 1 2 3 4 10 20 30 40 50 60\ncpu7 1 2 3 4 5\nintr 5\n"),
             "0:1,2,93,14 7:1,2,3,9 ");
   for (const std::string_view text :
-       {"", "cpu  9 9 9 9\nintr 5\n", "cpu0 1 2 3 4\n", "cpu0 1 2 3 4\ncpu1 1 2 3",
-        "cpu0 1 2 3\nintr 5\n", "cpu0 1 2 3 4x\nintr 5\n", "cpu0 1 2 -3 4\nintr 5\n",
-        "cpu0x 1 2 3 4\nintr 5\n", "cpu0 18446744073709551616 2 3 4\nintr 5\n",
+       {"cpu  9 9 9 9\nintr 5\n", "cpu0 1 2 3 4\ncpu1 1 2 3", "cpu0 1 2 3\nintr 5\n",
+        "cpu0 1 2 3 4x\nintr 5\n", "cpu0 18446744073709551616 2 3 4\nintr 5\n",
         "cpu65536 1 2 3 4\nintr 5\n", "cpu1 1 2 3 4\ncpu1 1 2 3 4\nintr 5\n"}) {
     EXPECT_EQ(processors(text), "-") << text;
   }
   EXPECT_EQ(parseBootTime("ctxt 1\nbtime 1753430400\nprocesses 2\n"), 1753430400);
   for (const std::string_view text :
-       {"", "ctxt 1\n", "btime 17534", "btime \n", "btime 1x\n", "btime 9223372036854775808\n"}) {
+       {"ctxt 1\n", "btime 17534", "btime 1x\n", "btime 9223372036854775808\n"}) {
     EXPECT_EQ(parseBootTime(text), std::nullopt) << text;
   }
 }
@@ -87,6 +90,71 @@ TEST(Topology, ReadsOneNumberAndTellsCoresOfOneNumberApart) {
   const CoreIdentity a{.package = 0, .core = 7, .firstSibling = 0};
   const CoreIdentity b{.package = 0, .core = 7, .firstSibling = 1};
   EXPECT_EQ(arrangeProcessors({{0, a}, {1, b}, {2, a}, {3, b}}).onlineCores, 2U);
+}
+
+std::string shown(const std::optional<ProcPidStat>& stat) {
+  std::ostringstream text;
+  if (stat) {
+    text << stat->pid << '<' << stat->name << '>' << stat->state << ' ' << stat->parent << ' '
+         << stat->userTicks << ' ' << stat->systemTicks << ' ' << stat->threads << ' '
+         << stat->startTicks << ' ' << stat->virtualBytes << ' ' << stat->residentPages
+         << (stat->isKernelThread() ? " kernel" : "") << (stat->hasEnded() ? " ended" : "");
+  }
+  return text.str();
+}
+
+// What follows the name, up to the resident pages.
+constexpr const char* kRest =
+    " S 1 913 913 0 -1 4194560 100 0 0 0 12 34 5 6 20 0 3 0 4711 18446744073709551615 77";
+constexpr const char* kShownRest = "S 1 12 34 3 4711 18446744073709551615 77";
+
+TEST(ProcPidStat, TakesAnyNameForWhatItIs) {
+  for (const std::string& name : {"bash"s, ""s, ")"s, "("s, "a) S 2 ("s, ")\n\x1b[31m ("s,
+                                  "\xC3\xA9\xFF\t"s, "kworker/u16:3-events_unbound"s}) {
+    EXPECT_EQ(shown(parseProcPidStat("913 (" + name + ')' + kRest + " 1844 0 0\n")),
+              "913<" + name + '>' + kShownRest);
+  }
+}
+
+TEST(ProcPidStat, ReadsOtherProcessesAndRefusesWhatIsMalformed) {
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"2 (kthreadd) S 0 0 0 0 -1 2129984 0 0 0 0 0 2 0 0 20 0 1 0 12 0 0 184 0\n",
+       "2<kthreadd>S 0 0 2 1 12 0 0 kernel"},
+      {"7 (x) Z 3 7 7 0 -1 4227084 0 0 0 0 9 8 0 0 -20 19 1 0 5 0 0\n",
+       "7<x>Z 3 9 8 1 5 0 0 ended"},
+      {"913 a b) S 1 9 9 0 -1 4 1 0 0 0 1 3 5 6 20 0 3 0 4 1 7 0\n", ""},
+      {"0 (a) S 1 9 9 0 -1 4 1 0 0 0 1 3 5 6 20 0 3 0 4 1 7 0\n", ""},
+      {"9 (a) S 1 9 9 0 -1 4 1 0 0 0 1 3 5 6 20 0 -3 0 4 1 7 0\n", ""},
+      {"9 (a) S 2147483648 9 9 0 -1 4 1 0 0 0 1 3 5 6 20 0 3 0 4 1 7 0\n", ""}};
+  for (const auto& [text, expected] : cases) {
+    EXPECT_EQ(shown(parseProcPidStat(text)), expected) << text;
+  }
+  const std::string whole = "913 (a b)"s + kRest;
+  for (std::size_t size = 0; size <= whole.size(); ++size) {
+    EXPECT_EQ(shown(parseProcPidStat(whole.substr(0, size))), "") << size;
+  }
+}
+
+TEST(ControlGroup, FindsTheUnit) {
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"0::/user.slice/user-1000.slice/user@1000.service/app.slice/app-gnome-x-12.scope\n",
+       "/user.slice/user-1000.slice/user@1000.service/app.slice/app-gnome-x-12.scope"},
+      // Groups inside a unit belong to it.
+      {"0::/system.slice/docker-4f.scope/init/x\n", "/system.slice/docker-4f.scope"},
+      {"0::/system.slice/cron.service (deleted)\n", "/system.slice/cron.service"},
+      // The older hierarchies, alone and beside the unified one.
+      {"12:cpu,cpuacct:/x.service\n1:name=systemd:/user.slice/session-2.scope\n",
+       "/user.slice/session-2.scope"},
+      {"1:name=systemd:/system.slice/a.service\n0::/\n", "/system.slice/a.service"},
+      // No unit.
+      {"", ""},
+      {"0::/.scope/.service\n", ""},
+      {"9:name=systemd:/\n4:memory:/a.service\n1:cpu:/docker/4f\n0::/\n", ""},
+      {"0:\n:\n\n0::a.service\n", ""},
+      {"0::/system.slice/a.service", ""}};
+  for (const auto& [text, expected] : cases) {
+    EXPECT_EQ(unitPath(text), expected) << text;
+  }
 }
 
 }  // namespace

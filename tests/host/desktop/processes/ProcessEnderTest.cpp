@@ -7,13 +7,16 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "Child.h"
+#include "host/desktop/kit/BootTime.h"
+#include "support/Child.h"
 
 namespace vel::test {
 
 struct EnderTest : testing::Test {
   void offer(bool isOfThisHost = true) {
-    ender.offer({child.pid(), child.name(), afterAll(), QPoint(10, 10)}, isOfThisHost);
+    // Shown a moment after everything that has been started so far.
+    ender.offer({child.pid(), kName, bootTime() + std::chrono::seconds(1), QPoint(10, 10)},
+                isOfThisHost);
   }
 
   static QMenu* menu() { return dynamic_cast<QMenu*>(QApplication::activePopupWidget()); }
@@ -54,7 +57,8 @@ struct EnderTest : testing::Test {
     return QStringLiteral("“<b>x</b> &a %2” (process %1").arg(child.pid());
   }
 
-  Child child{"<b>x</b> &a %2"};
+  static constexpr const char* kName = "<b>x</b> &a %2";
+  Child child{kName};
   Texts texts{nullptr};
   std::vector<bool> asking;
   ProcessEnder ender{texts, [this](bool is) { asking.push_back(is); }};
@@ -105,7 +109,7 @@ TEST_F(EnderTest, TellsWhatCannotBeDone) {
   told(") runs on another system or in another container and cannot be ended from here.");
   offer();
   choose(3);
-  child.end();
+  child.kill();
   click("&Force End");
   told(") has ended already.");
   offer();
