@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <charconv>
 #include <system_error>
+#include <utility>
 
 #include "host/HostSettings.h"
 
@@ -38,6 +39,10 @@ void addDirectory(CLI::App& app, const std::string& name, std::filesystem::path&
          },
          description)
       ->type_name("DIR");
+}
+
+void addFlag(CLI::App& app, const char* name, bool& flag, const char* description) {
+  app.add_flag(name, flag, description)->disable_flag_override();
 }
 
 /// CLI11 says "--interval: 1 required SECONDS missing" and, of a flag with a value, "json was given
@@ -87,6 +92,25 @@ void HostOptions::addTo(CLI::App& app) {
       ->type_name("DIR");
   addDirectory(app, "--proc", proc, "Where the proc file system is; /proc by default");
   addDirectory(app, "--sys", sys, "Where the sys file system is; /sys by default");
+  addDirectory(app, "--debugfs", debugfs,
+               "Where the debug file system is; kernel/debug\nbelow --sys by default");
+  addFlag(app, "--discrete", discrete,
+          "Stay on the discrete graphics processor, if\nthe preferences have the one in use shown");
+  addFlag(app, "--integrated", integrated,
+          "Stay on the integrated one, likewise;\n--discrete comes first");
+  addFlag(app, "--dynamic", dynamic,
+          "Let the system choose, as without one of the\nthree; the other two come first");
+}
+
+std::vector<std::string> HostOptions::switchingFlags() const {
+  std::vector<std::string> flags;
+  for (const auto& [flag, given] :
+       {std::pair{"--discrete", discrete}, {"--integrated", integrated}, {"--dynamic", dynamic}}) {
+    if (given) {
+      flags.emplace_back(flag);
+    }
+  }
+  return flags;
 }
 
 std::optional<CommandLineAnswer> parseCommandLine(CLI::App& app, int argc,

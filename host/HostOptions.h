@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -15,7 +16,16 @@ struct HostOptions {
   std::filesystem::path bundle;  ///< empty for the installed one
   std::filesystem::path proc = "/proc";
   std::filesystem::path sys = "/sys";
+  std::filesystem::path debugfs;   ///< empty for the one below `sys`
   std::optional<double> interval;  ///< seconds from one refresh to the next
+
+  // How the graphics processors are to be switched; the module reads the arguments itself.
+  bool discrete = false;
+  bool integrated = false;
+  bool dynamic = false;
+
+  /// Those of the three that were given, the one that holds first.
+  [[nodiscard]] std::vector<std::string> switchingFlags() const;
 
   /// Adds the options to `app`, which must not outlive this object.
   void addTo(CLI::App& app);

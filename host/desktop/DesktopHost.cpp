@@ -42,7 +42,7 @@ DesktopHost::DesktopHost(const DesktopOptions& options, ModuleSession& session,
 
 void DesktopHost::startInMenuBar(const DesktopOptions& options, PreferencesStore& store) {
   session_.initMainApp();
-  session_.module().setVelPreferencesDefault(&store);
+  session_.setVelPreferencesDefault(&store);
   QWidget* item = widgetOf(session_.module().statusbarView());
   if (item == nullptr) {
     throw std::runtime_error(session_.moduleBundle().directory().string() +

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <functional>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -63,11 +64,26 @@ int answer(const CommandLineAnswer& answer) {
   if (!options.bundle.empty()) {
     arguments.insert(arguments.end(), {"--bundle", options.bundle});
   }
+  if (!options.debugfs.empty()) {
+    arguments.insert(arguments.end(), {"--debugfs", options.debugfs});
+  }
+  const auto flags = options.switchingFlags();
+  arguments.insert(arguments.end(), flags.begin(), flags.end());
   std::vector<char*> pointers(arguments.size() + 1);
   std::transform(arguments.begin(), arguments.end(), pointers.begin(),
                  [](std::string& argument) { return argument.data(); });
   execv(program.c_str(), pointers.data());
   throw std::system_error(errno, std::generic_category(), program);
+}
+
+/// To both: who has started it from a menu sees no standard error.
+std::function<void(const SwitchingHint&)> hintTeller(UserNotificationCenter* notifications) {
+  return [notifications](const SwitchingHint& hint) {
+    report(kProgram, hint.report);
+    if (notifications != nullptr) {
+      notifications->deliverNotification(hint.notification);
+    }
+  };
 }
 
 ModuleSession makeSession(const DesktopOptions& options, std::vector<std::string> arguments,
@@ -83,7 +99,7 @@ ModuleSession makeSession(const DesktopOptions& options, std::vector<std::string
              registerKit(*loader, offerEnding);
              return loader;
            },
-           workspace, notifications}};
+           workspace, notifications, hintTeller(notifications)}};
 }
 
 /// What the one that runs already has been asked to do.
@@ -91,7 +107,9 @@ int tellFirst(const SingleInstance& instance, const DesktopOptions& options) {
   const bool told = instance.tell(options.preferences ? kOpenPreferences
                                   : options.panel     ? kOpenPanel
                                                       : kBringUp);
-  report(kProgram, told ? "already running" : "already running, but does not answer");
+  const auto flags = options.switchingFlags();
+  report(kProgram, std::string("already running") + (told ? "" : ", but does not answer") +
+                       (flags.empty() ? "" : "; " + flags.front() + " has no effect on it"));
   return told ? 0 : 1;
 }
 

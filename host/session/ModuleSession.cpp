@@ -5,8 +5,21 @@
 
 #include "host/InstalledFiles.h"
 #include "host/Report.h"
+#include "platform/graphics/SwitchingFeatures.h"
 
 namespace vel {
+namespace {
+
+std::filesystem::path debugfsOf(const HostOptions& options) {
+  return options.debugfs.empty() ? options.sys / "kernel/debug" : options.debugfs;
+}
+
+std::string switchingFlag(const HostOptions& options) {
+  const std::vector<std::string> flags = options.switchingFlags();
+  return flags.empty() ? "" : flags.front();
+}
+
+}  // namespace
 
 std::optional<Bundle> openHostBundle(const char* program, const Locale& locale) {
   std::vector<Bundle::Problem> problems;
@@ -20,11 +33,22 @@ std::optional<Bundle> openHostBundle(const char* program, const Locale& locale) 
 ModuleSession::ModuleSession(const char* program, const HostOptions& options,
                              std::vector<std::string> arguments, const Locale& locale,
                              const Bundle* hostBundle, const FrontEnd& frontEnd)
-    : loader_(options.bundle.empty() ? installedPath(VEL_BUNDLE_DIR) : options.bundle, locale),
+    : switchingFlag_(switchingFlag(options)),
+      hostBundle_(hostBundle),
+      tellHint_(frontEnd.switchingHint),
+      loader_(options.bundle.empty() ? installedPath(VEL_BUNDLE_DIR) : options.bundle, locale),
       kernel_(options.proc, options.sys),
+      switchingDriver_(options.sys, debugfsOf(options),
+                       [this](const SwitchingProblem& problem) {
+                         // The mode that the module sets by itself is a courtesy.
+                         if (!switchingFlag_.empty()) {
+                           tellHint_(switchingHint(problem, switchingFlag_, hostBundle_));
+                         }
+                       }),
+      displays_(options.sys),
       nibLoader_(frontEnd.nibLoader(
           [this](std::string problem) { nibProblems_.push_back(std::move(problem)); })),
-      platform_{kernel_, clock_, *nibLoader_, frontEnd.workspace,
+      platform_{kernel_, switchingDriver_, displays_, clock_, *nibLoader_, frontEnd.workspace,
                 frontEnd.userNotificationCenter != nullptr ? *frontEnd.userNotificationCenter
                                                            : noUserNotificationCenter_,
                 notificationCenter_, mainQueue_, globalQueue_, locale,
@@ -38,8 +62,12 @@ ModuleSession::ModuleSession(const char* program, const HostOptions& options,
 }
 
 ModuleSession::~ModuleSession() {
+  clock_.endSleeps();
   globalQueue_.waitUntilIdle();
   mainQueue_.drain();
+  // Its tasks that are still queued need the platform.
+  module_.reset();
+  globalQueue_.waitUntilIdle();
 }
 
 void ModuleSession::initMainApp() {
@@ -50,6 +78,15 @@ void ModuleSession::initMainApp() {
 void ModuleSession::initNCApp() {
   module_->initNCApp();
   requireSoundNibs();
+}
+
+void ModuleSession::setVelPreferencesDefault(PreferencesStore* store) {
+  module_->setVelPreferencesDefault(store);
+  if (!switchingFlag_.empty() && !switchingDriver_.hasBeenSet()) {
+    const auto services = switchingDriver_.matchingServices(switching::kServiceClass);
+    const bool isSwitchable = services && !services->empty();
+    tellHint_(noEffectHint(isSwitchable, switchingFlag_, hostBundle_));
+  }
 }
 
 /// A module says nothing of it: it has no views then.

@@ -11,10 +11,13 @@
 #include "host/HostOptions.h"
 #include "host/WakeEvent.h"
 #include "host/session/NoUserNotificationCenter.h"
+#include "host/session/SwitchingHint.h"
 #include "platform/Platform.h"
 #include "platform/foundation/GlobalQueue.h"
 #include "platform/foundation/MainQueue.h"
 #include "platform/linux/LinuxKernel.h"
+#include "platform/linux/graphics/LinuxDisplays.h"
+#include "platform/linux/graphics/LinuxSwitchingDriver.h"
 
 namespace vel {
 
@@ -28,6 +31,9 @@ struct FrontEnd {
   std::function<std::unique_ptr<NibLoader>(std::function<void(std::string)> problem)> nibLoader;
   Workspace& workspace;
   UserNotificationCenter* userNotificationCenter = nullptr;  ///< none: nothing is shown to the user
+  /// Takes why the switching mode asked for has no effect, at the start, or does not hold, once it
+  /// is set. On any thread.
+  std::function<void(const SwitchingHint& hint)> switchingHint;
 };
 
 /// The loaded module with everything around it. One at a time in a process.
@@ -39,7 +45,7 @@ class ModuleSession {
   ModuleSession(const char* program, const HostOptions& options, std::vector<std::string> arguments,
                 const Locale& locale, const Bundle* hostBundle, const FrontEnd& frontEnd);
 
-  /// Lets what the user has changed last still reach the store.
+  /// Lets what the user has changed last still reach the store. The module's sleeps end early.
   ~ModuleSession();
   ModuleSession(const ModuleSession&) = delete;
   ModuleSession& operator=(const ModuleSession&) = delete;
@@ -48,6 +54,10 @@ class ModuleSession {
   // wrong with it.
   void initMainApp();
   void initNCApp();
+
+  /// Gives the module its settings. The user is told if with them it leaves alone the switching
+  /// mode that was asked for. To be called once, after `initMainApp`.
+  void setVelPreferencesDefault(PreferencesStore* store);
 
   [[nodiscard]] ModulePrincipal& module() { return *module_; }
   [[nodiscard]] const Bundle& moduleBundle() const { return loader_.bundle(); }
@@ -58,8 +68,13 @@ class ModuleSession {
  private:
   void requireSoundNibs() const;
 
+  const std::string switchingFlag_;  ///< the one that holds; empty without any
+  const Bundle* const hostBundle_;
+  const std::function<void(const SwitchingHint&)> tellHint_;
   BundleLoader loader_;
   LinuxKernel kernel_;
+  LinuxSwitchingDriver switchingDriver_;
+  LinuxDisplays displays_;
   SystemClock clock_;
   NotificationCenter notificationCenter_;
   WakeEvent wake_;

@@ -17,6 +17,7 @@ void ContentSource::readViews(Content& content) const {
   content.item.read(item_);
   content.graph = panel_.graph();
   content.alertRule = controls_.alertRule();
+  content.hasGPUAlert = controls_.isGPUAlertOn();
 }
 
 }  // namespace vel

@@ -21,6 +21,7 @@ struct Content {
   std::optional<ProcessList> processes;     ///< none where the module has no panel for them
   const VELGraphMultiple* graph = nullptr;  ///< the module's; null for none
   std::optional<AlertRule> alertRule;       ///< none while there are no alerts
+  bool hasGPUAlert = false;                 ///< alerts of another graphics processor are on
   std::wstring alert;                       ///< the latest that the user has not dismissed yet
 };
 

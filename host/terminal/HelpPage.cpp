@@ -66,6 +66,12 @@ std::vector<KeyDescription> describeKeys(const ModuleControls& controls, const L
   if (controls.hasGraph()) {
     keys.push_back({L"g", labels.graphKey, labels.graphExplained});
   }
+  if (controls.hasGPU()) {
+    keys.push_back({L"v", labels.gpuKey, labels.gpuExplained});
+  }
+  if (controls.hasGPUAlert()) {
+    keys.push_back({L"n", L"", labels.gpuAlertExplained});
+  }
   if (controls.hasAlert()) {
     keys.push_back({L"a", labels.alertKey, labels.alertExplained});
     keys.push_back({L"< >", L"", labels.thresholdExplained});

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "platform/headless/HeadlessDrawing.h"
 #include "platform/headless/HeadlessTree.h"
 #include "platform/headless/HeadlessWidgets.h"
 
@@ -36,6 +37,12 @@ void readPiece(Item& item, const View& view) {
   } else if (const auto* gauges = dynamic_cast<const VELGaugeViewMultiple*>(&view)) {
     std::transform(gauges->gauges().begin(), gauges->gauges().end(),
                    std::back_inserter(item.gauges), gaugeOf);
+  } else if (const auto* plain = dynamic_cast<const HeadlessView<View>*>(&view)) {
+    HeadlessDrawing drawing;
+    plain->draw(drawing);
+    for (const std::string& drawn : drawing.texts()) {
+      append(item.badge, drawn);
+    }
   }
 }
 
@@ -56,6 +63,7 @@ void Item::read(View* view) {
   name.clear();
   text.clear();
   gauges.clear();
+  badge.clear();
   std::vector<View*> left(view == nullptr ? 0 : 1, view);
   while (!left.empty()) {
     const View& next = *left.back();

@@ -18,11 +18,15 @@ struct Item {
   std::string name;
   std::string text;
   std::vector<Gauge> gauges;
+  std::string badge{};
 
-  [[nodiscard]] bool isEmpty() const { return name.empty() && text.empty() && gauges.empty(); }
+  [[nodiscard]] bool isEmpty() const {
+    return name.empty() && text.empty() && gauges.empty() && badge.empty();
+  }
 
   /// Overwrites everything. Hidden views, with all that is inside them, are left out, as are those
-  /// that are neither a text nor a name nor gauges. Without a view the item is empty.
+  /// that are neither a text nor a name nor gauges and draw no text, which makes a badge. Without a
+  /// view the item is empty.
   void read(View* view);
 };
 

@@ -49,6 +49,12 @@ Key keyOf(char byte) {
     case 'g':
     case 'G':
       return Key::graph;
+    case 'v':
+    case 'V':
+      return Key::gpu;
+    case 'n':
+    case 'N':
+      return Key::gpuAlert;
     case 'a':
     case 'A':
       return Key::alert;

@@ -13,6 +13,8 @@ enum class Key : std::uint8_t {
   ranking,
   cores,
   graph,
+  gpu,
+  gpuAlert,
   alert,
   lowerThreshold,
   higherThreshold,

@@ -24,6 +24,7 @@ Labels::Labels(const Bundle* bundle)
       threads(decode(localized(bundle, "Threads"))),
       upTime(decode(localized(bundle, "Up"))),
       alert(decode(localized(bundle, "Alert"))),
+      gpuAlert(decode(localized(bundle, "GPU alert"))),
       graph(decode(localized(bundle, "Graph"))),
       topProcesses(decode(localized(bundle, "Top processes"))),
       topProcessesNow(decode(localized(bundle, "Top processes, now"))),
@@ -38,6 +39,10 @@ Labels::Labels(const Bundle* bundle)
           bundle, "gauges and graph for all as one, each core or each logical processor"))),
       graphKey(decode(localized(bundle, "graph"))),
       graphExplained(decode(localized(bundle, "show or hide the graph of the load over time"))),
+      gpuKey(decode(localized(bundle, "GPU"))),
+      gpuExplained(decode(localized(bundle, "show or hide which graphics processor is in use"))),
+      gpuAlertExplained(decode(
+          localized(bundle, "alerts of a change of the graphics processor shown by v, on or off"))),
       alertKey(decode(localized(bundle, "alert"))),
       alertExplained(
           decode(localized(bundle, "alerts of processes that use too much CPU, on or off"))),

@@ -20,7 +20,8 @@ struct Labels {
   std::wstring tasks;
   std::wstring threads;
   std::wstring upTime;
-  std::wstring alert;  ///< stands before the rule for one
+  std::wstring alert;     ///< stands before the rule for one
+  std::wstring gpuAlert;  ///< stands alone
 
   std::wstring graph;
   std::wstring topProcesses;
@@ -36,6 +37,9 @@ struct Labels {
   std::wstring coresExplained;
   std::wstring graphKey;
   std::wstring graphExplained;
+  std::wstring gpuKey;
+  std::wstring gpuExplained;
+  std::wstring gpuAlertExplained;
   std::wstring alertKey;
   std::wstring alertExplained;
   std::wstring thresholdExplained;

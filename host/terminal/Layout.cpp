@@ -88,6 +88,7 @@ class Layout {
   [[nodiscard]] Line alertLine() const;
   [[nodiscard]] Line itemLine() const;
   [[nodiscard]] bool hasLabels() const { return width_ >= labelWidth_ + kGap + kLongPercentage; }
+  void appendItemPicture(Line& line, int columns) const;
   void appendItemGauges(Line& line, int columns) const;
   [[nodiscard]] Line gaugeLine(const Gauge& gauge) const;
   void appendCell(Line& line, int gauge) const;
@@ -244,7 +245,8 @@ Line Layout::alertLine() const {
 }
 
 /// The name stands among the labels and the text among the percentages. Where there is no room for
-/// all, the text alone is shown, and where there is none for that either, the gauges.
+/// all, the text alone is shown, and where there is none for that either, the gauges. The badge is
+/// left out first.
 Line Layout::itemLine() const {
   const std::wstring name = decode(item_.name);
   const std::wstring text = decode(item_.text);
@@ -252,17 +254,27 @@ Line Layout::itemLine() const {
   if (hasLabels()) {
     line.push_back({paddedRight(clipped(name, labelWidth_), labelWidth_ + kGap), Tone::strong});
     line.push_back({paddedLeft(text, kLongPercentage)});
-    const int columns = width_ - widthOf(line) - kGap;
-    if (columns >= kLeastBar) {
-      line.push_back({std::wstring(kGap, L' ')});
-      appendItemGauges(line, columns);
-    }
+    appendItemPicture(line, width_ - widthOf(line) - kGap);
   } else if (item_.gauges.empty() || (width_ >= kShortPercentage && !text.empty())) {
     line.push_back({paddedLeft(text.empty() ? name : text, std::min(width_, kLongPercentage))});
   } else {
     appendItemGauges(line, width_);
   }
   return line;
+}
+
+/// The gauges and the badge, at most so wide.
+void Layout::appendItemPicture(Line& line, int columns) const {
+  if (columns < kLeastBar) {
+    return;
+  }
+  line.push_back({std::wstring(kGap, L' ')});
+  const std::wstring badge = item_.badge.empty() ? L"" : L" [" + decode(item_.badge) + L"]";
+  const int columnsLeft = columns - widthOf(badge);
+  appendItemGauges(line, columnsLeft >= kLeastBar ? columnsLeft : columns);
+  if (columnsLeft >= kLeastBar) {
+    line.push_back({badge});
+  }
 }
 
 void Layout::appendItemGauges(Line& line, int columns) const {
@@ -382,6 +394,9 @@ std::vector<Line> Layout::statusLines() const {
   if (const auto& rule = content_.alertRule) {
     items.push_back(statusItem(labels_.alert, std::to_wstring(rule->threshold) + L" % " +
                                                   std::to_wstring(rule->minutes) + L" min"));
+  }
+  if (content_.hasGPUAlert) {
+    items.push_back({{labels_.gpuAlert, Tone::normal}});
   }
   std::vector<Line> lines;
   for (Line& item : items) {

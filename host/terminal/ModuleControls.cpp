@@ -37,27 +37,35 @@ ModuleControls::ModuleControls(View* preferences, View* alertPreferences)
     : ranking_(findView<HeadlessPopUpButton>(preferences, "popupCPUTop5Type")),
       cores_(findView<HeadlessPopUpButton>(preferences, "popupCPUCoresDisplayed")),
       graph_(findView<HeadlessButton>(preferences, "btnShowGraph")),
+      gpu_(findView<HeadlessButton>(preferences, "gpugfxBtn")),
       alert_(findView<HeadlessButton>(alertPreferences, "btnNotifyMoreThan")),
       threshold_(findView<HeadlessPopUpButton>(alertPreferences, "popNotifyMoreThanValue")),
-      minutes_(findView<HeadlessPopUpButton>(alertPreferences, "popTimeWhereValueMoreThan")) {}
+      minutes_(findView<HeadlessPopUpButton>(alertPreferences, "popTimeWhereValueMoreThan")),
+      gpuAlert_(findView<HeadlessButton>(alertPreferences, "btnNotifygfxGPUCardSwitch")) {}
 
-void ModuleControls::toggleGraph() {
-  if (hasGraph()) {
-    graph_->click();
-  }
+bool ModuleControls::isOffered(const HeadlessButton* button) {
+  return button != nullptr && !button->isHidden();
 }
 
-void ModuleControls::toggleAlert() {
-  if (hasAlert()) {
-    alert_->click();
+bool ModuleControls::isOn(const HeadlessButton* button) {
+  return isOffered(button) && button->state() != 0;
+}
+
+void ModuleControls::toggle(HeadlessButton* button) {
+  if (isOffered(button)) {
+    button->click();
   }
 }
 
 std::optional<AlertRule> ModuleControls::alertRule() const {
-  const bool isOn = hasAlert() && alert_->state() != 0;
-  const auto threshold = selectedTag(isOn ? threshold_ : nullptr);
-  const auto minutes = selectedTag(isOn ? minutes_ : nullptr);
+  const bool hasRule = isOn(alert_);
+  const auto threshold = selectedTag(hasRule ? threshold_ : nullptr);
+  const auto minutes = selectedTag(hasRule ? minutes_ : nullptr);
   return threshold && minutes ? std::optional(AlertRule{*threshold, *minutes}) : std::nullopt;
+}
+
+bool ModuleControls::isGPUAlertOn() const {
+  return isOn(gpu_) && isOn(gpuAlert_);
 }
 
 std::optional<std::int64_t> ModuleControls::ranking() const {

@@ -15,7 +15,7 @@ struct AlertRule {
 };
 
 /// Operates the controls as a user does, so that the module broadcasts and keeps the change. A
-/// control that the module does not have cannot be operated: that does nothing.
+/// control that the module does not have, or hides, cannot be operated: that does nothing.
 class ModuleControls {
  public:
   /// The module's views, null for none.
@@ -23,14 +23,19 @@ class ModuleControls {
 
   [[nodiscard]] bool hasRanking() const { return ranking_ != nullptr; }
   [[nodiscard]] bool hasCores() const { return cores_ != nullptr; }
-  [[nodiscard]] bool hasGraph() const { return graph_ != nullptr; }
-  [[nodiscard]] bool hasAlert() const { return alert_ != nullptr; }
+  [[nodiscard]] bool hasGraph() const { return isOffered(graph_); }
+  [[nodiscard]] bool hasAlert() const { return isOffered(alert_); }
+  // Hidden where there are no two graphics processors to switch between.
+  [[nodiscard]] bool hasGPU() const { return isOffered(gpu_); }
+  [[nodiscard]] bool hasGPUAlert() const { return isOffered(gpuAlert_); }
 
   // The choice after the present one, the first after the last.
   void chooseNextRanking() { chooseNext(ranking_); }
   void chooseNextCores() { chooseNext(cores_); }
-  void toggleGraph();
-  void toggleAlert();
+  void toggleGraph() { toggle(graph_); }
+  void toggleAlert() { toggle(alert_); }
+  void toggleGPU() { toggle(gpu_); }
+  void toggleGPUAlert() { toggle(gpuAlert_); }
 
   // The next choice by its value, if there is one. While there are no alerts the module has these
   // controls disabled.
@@ -45,7 +50,13 @@ class ModuleControls {
   /// None while there are no alerts.
   [[nodiscard]] std::optional<AlertRule> alertRule() const;
 
+  /// Whether there are alerts of another graphics processor: only while the one in use is shown.
+  [[nodiscard]] bool isGPUAlertOn() const;
+
  private:
+  static bool isOffered(const HeadlessButton* button);
+  static bool isOn(const HeadlessButton* button);
+  static void toggle(HeadlessButton* button);
   static void chooseNext(HeadlessPopUpButton* popUp);
   static void chooseHigher(HeadlessPopUpButton* popUp);
   static void chooseLower(HeadlessPopUpButton* popUp);
@@ -53,9 +64,11 @@ class ModuleControls {
   HeadlessPopUpButton* ranking_;
   HeadlessPopUpButton* cores_;
   HeadlessButton* graph_;
+  HeadlessButton* gpu_;
   HeadlessButton* alert_;
   HeadlessPopUpButton* threshold_;
   HeadlessPopUpButton* minutes_;
+  HeadlessButton* gpuAlert_;
 };
 
 }  // namespace vel

@@ -111,6 +111,12 @@ void TerminalHost::serveKey(Key key, ModuleControls& controls) {
     case Key::graph:
       controls.toggleGraph();
       break;
+    case Key::gpu:
+      controls.toggleGPU();
+      break;
+    case Key::gpuAlert:
+      controls.toggleGPUAlert();
+      break;
     case Key::alert:
       controls.toggleAlert();
       break;
@@ -161,6 +167,7 @@ void TerminalHost::serveQueue() {
   loop_.watch(session_.wake().descriptor(), POLLIN, [this](short) {
     session_.wake().acknowledge();
     session_.mainQueue().drain();
+    showNotifications();
     // A setting that has changed may show.
     if (live_ != nullptr && done_ > 0 && !extraIsDue_) {
       live_->update();

@@ -102,9 +102,16 @@ void show(const Options& options, std::vector<std::string> arguments) {
   ModuleSession session(
       kProgram, options, std::move(arguments), locale, bundle,
       {[](auto problem) { return std::make_unique<HeadlessNibLoader>(std::move(problem)); },
-       workspace, &notifications});
+       workspace, &notifications,
+       [&](const SwitchingHint& hint) {
+         reports.add(hint.report);
+         // Where it would not be a report again.
+         if (live) {
+           notifications.deliverNotification(hint.notification);
+         }
+       }});
   session.initMainApp();
-  session.module().setVelPreferencesDefault(&store);
+  session.setVelPreferencesDefault(&store);
 
   const Labels labels(bundle);
   const Output output(STDOUT_FILENO, signals.descriptor());

@@ -48,7 +48,7 @@ std::string filled(std::string_view format, std::string_view text) {
 
 }  // namespace
 
-std::unique_ptr<VELPreferenceNotificationview> VELPreferenceNotificationview::fromNib(
+std::shared_ptr<VELPreferenceNotificationview> VELPreferenceNotificationview::fromNib(
     Nib& nib, const Bundle& bundle, Later later) {
   // All are asked for before any is missed, so that the host hears of every one.
   auto* view = nib.outlet<View>("preferenceNotificationview");
@@ -60,7 +60,7 @@ std::unique_ptr<VELPreferenceNotificationview> VELPreferenceNotificationview::fr
       gpu == nullptr) {
     return nullptr;
   }
-  return std::make_unique<VELPreferenceNotificationview>(
+  return std::make_shared<VELPreferenceNotificationview>(
       Outlets{*view, *alert, *threshold, *duration, *gpu}, bundle, std::move(later));
 }
 
@@ -216,6 +216,43 @@ void VELPreferenceNotificationview::showNotification(const std::string& text) {
        .informativeText = text,
        .hasDefaultSound = true,
        .actionButtonTitle = std::string(VELLoc(bundle_, "Close"))});
+}
+
+// --- The alert of a change of the graphics processor ---
+
+void VELPreferenceNotificationview::setGfxGPUCardInUse(bool inUse) {
+  gfxGPUCardInUse_ = inUse;
+  outlets_.btnNotifygfxGPUCardSwitch.setHidden(!inUse);
+}
+
+void VELPreferenceNotificationview::setGpuType(std::int64_t type) {
+  const std::int64_t last = gpuType_.exchange(type);
+  if (last == type || last == kNoGPUReported) {
+    return;
+  }
+  Platform::current().mainQueue.async([view = weak_from_this(), type] {
+    if (const auto self = view.lock()) {
+      self->alertOfGPU(type);
+    }
+  });
+}
+
+void VELPreferenceNotificationview::alertOfGPU(std::int64_t type) {
+  if (outlets_.btnNotifygfxGPUCardSwitch.state() == 0) {
+    return;
+  }
+  if (type == 0) {
+    showNotificationForGPUType(VELLoc(bundle_, "Integrated GPU card now in use"));
+  } else if (type == 1) {
+    showNotificationForGPUType(VELLoc(bundle_, "Discrete GPU card now in use"));
+  }
+}
+
+void VELPreferenceNotificationview::showNotificationForGPUType(std::string_view text) {
+  userNotificationCenter_.deliverNotification({.title = std::string(VELLoc(bundle_, "GPU Changed")),
+                                               .informativeText = std::string(text),
+                                               .hasDefaultSound = true,
+                                               .actionButtonTitle = std::nullopt});
 }
 
 }  // namespace vel

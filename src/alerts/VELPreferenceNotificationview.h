@@ -1,7 +1,8 @@
-// The alert settings, and the CPU alert: tells the user of a process that has been above the
-// threshold for too long.
+// The alert settings, and the alerts: of a process that has been above the threshold for too long,
+// and of a change of the graphics processor in use.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -22,9 +23,12 @@
 
 namespace vel {
 
-/// Belongs to the main thread, but for what the notification centre asks its delegate.
-class VELPreferenceNotificationview : public AlertSettingsView,
-                                      private UserNotificationCenterDelegate {
+/// Belongs to the main thread, but for what says otherwise and what the notification centre asks
+/// its delegate.
+class VELPreferenceNotificationview
+    : public AlertSettingsView,
+      public std::enable_shared_from_this<VELPreferenceNotificationview>,
+      private UserNotificationCenterDelegate {
  public:
   /// Has the main thread do some work, by way of the global queue, and keeps the view and its nib
   /// alive until it is done.
@@ -40,7 +44,7 @@ class VELPreferenceNotificationview : public AlertSettingsView,
 
   /// The settings of a nib, not yet awake; null when the nib lacks one of the outlets. Nib and
   /// bundle outlive the view.
-  static std::unique_ptr<VELPreferenceNotificationview> fromNib(Nib& nib, const Bundle& bundle,
+  static std::shared_ptr<VELPreferenceNotificationview> fromNib(Nib& nib, const Bundle& bundle,
                                                                 Later later);
 
   VELPreferenceNotificationview(const Outlets& outlets, const Bundle& bundle, Later later);
@@ -64,8 +68,17 @@ class VELPreferenceNotificationview : public AlertSettingsView,
   /// watched already and notifies of one at most.
   void updateNotificationStatus();
 
-  /// The graphics processor reported last; -1 before the first report.
+  /// Whether the machine has graphics processors to switch between: else there is no setting for
+  /// their alert.
+  [[nodiscard]] bool gfxGPUCardInUse() const { return gfxGPUCardInUse_; }
+  void setGfxGPUCardInUse(bool inUse);
+
+  /// The graphics processor reported last: 0 integrated, 1 discrete; -1 before the first report.
   [[nodiscard]] std::int64_t gpuType() const { return gpuType_; }
+  /// On any thread. Notifies, from the main thread, if the one reported before was another; the
+  /// first report tells how it stands.
+  void setGpuType(std::int64_t type);
+  void showNotificationForGPUType(std::string_view text);
 
  private:
   void loadPreferences();
@@ -84,6 +97,7 @@ class VELPreferenceNotificationview : public AlertSettingsView,
   void alertOfOne(double now);
   [[nodiscard]] std::string alertText(const std::string& pid) const;
   void showNotification(const std::string& text);
+  void alertOfGPU(std::int64_t type);
   bool shouldPresentNotification(const UserNotification& /*notification*/) override { return true; }
 
   /// Kept: the view may go with its controller after the platform was uninstalled.
@@ -100,7 +114,8 @@ class VELPreferenceNotificationview : public AlertSettingsView,
   Property<const CPUData*> CPUData_;
   PreferencesStore* velPreferencesDefault_ = nullptr;
   std::string bundleIdentifier_;
-  std::int64_t gpuType_ = 0;
+  bool gfxGPUCardInUse_ = false;
+  std::atomic<std::int64_t> gpuType_ = 0;
 };
 
 }  // namespace vel

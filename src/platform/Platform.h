@@ -9,6 +9,8 @@
 #include "platform/foundation/Locale.h"
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/foundation/Queue.h"
+#include "platform/graphics/Displays.h"
+#include "platform/graphics/SwitchingDriver.h"
 #include "platform/kernel/Kernel.h"
 #include "platform/windowing/Nib.h"
 #include "platform/windowing/UserNotifications.h"
@@ -20,6 +22,8 @@ namespace vel {
 /// they refer to belongs to whoever installs the platform.
 struct Platform {
   Kernel& kernel;
+  SwitchingDriver& switchingDriver;
+  Displays& displays;
   Clock& clock;
   NibLoader& nibLoader;
   Workspace& workspace;

@@ -1,4 +1,4 @@
-// The CPU alert, with a clock that is moved by hand, and its settings.
+// The alerts, of a busy process with a clock that is moved by hand, and their settings.
 #include "alerts/VELPreferenceNotificationview.h"
 
 #include <gtest/gtest.h>
@@ -88,7 +88,7 @@ struct Page {
   Texts log;
   LoggingStore store{log};
   CPUData record;
-  std::unique_ptr<VELPreferenceNotificationview> view;
+  std::shared_ptr<VELPreferenceNotificationview> view;
 };
 
 /// A check at so many seconds after the awakening.
@@ -168,6 +168,44 @@ TEST_F(Alerts, NameTheExecutable) {
                               .actionButtonTitle = "Schließen"}));
   view.reset();
   EXPECT_FALSE(machine.userNotificationCenter.hasDelegate());
+}
+
+TEST_F(Alerts, TellOfAnotherGraphicsProcessor) {
+  for (const bool inUse : {true, false}) {
+    view->setGfxGPUCardInUse(inUse);
+    EXPECT_TRUE(view->gfxGPUCardInUse() == inUse && gpu.isHidden() != inUse);
+  }
+  const std::string integrated = "Integrated GPU card now in use";
+  const std::string discrete = "Discrete GPU card now in use";
+  // Whether the user wants to know, what is reported, what the user is told.
+  const std::tuple<bool, std::int64_t, Texts> reports[] = {
+      {true, 1, {}},  // how it stands
+      {true, 1, {}},         {true, 0, {integrated}}, {true, 0, {}},         {true, 2, {}},
+      {true, 1, {discrete}}, {false, 0, {}},          {true, 0, {}},         {true, 1, {discrete}},
+      {true, -1, {}},        {true, 0, {}},           {true, 1, {discrete}},
+  };
+  Texts expected;
+  for (const auto& [wanted, type, told] : reports) {
+    gpu.setState(wanted ? 1 : 0);
+    view->setGpuType(type);
+    EXPECT_EQ(view->gpuType(), type);
+    EXPECT_EQ(alerts(), expected);  // the check box belongs to the main thread
+    machine.queue.drain();
+    expected.insert(expected.end(), told.begin(), told.end());
+    EXPECT_EQ(alerts(), expected);
+  }
+  machine.bundle = moduleBundle({"de"});
+  view->setGpuType(0);
+  machine.queue.drain();
+  EXPECT_EQ(machine.userNotificationCenter.delivered().back(),
+            (UserNotification{.title = "Grafikprozessor gewechselt",
+                              .informativeText = "Integrierter Grafikprozessor jetzt in Gebrauch",
+                              .hasDefaultSound = true,
+                              .actionButtonTitle = std::nullopt}));
+  view->setGpuType(1);
+  view.reset();
+  machine.queue.drain();
+  EXPECT_EQ(alerts().size(), expected.size() + 1);
 }
 
 TEST_F(Alerts, AreNotCheckedInsideACheck) {

@@ -19,13 +19,13 @@ TEST(BundleLoader, NamesTheFileAndWhatIsExpected) {
   std::filesystem::create_symlink(VEL_SCRIPTED_MODULE, directory / "module.so");
   std::filesystem::create_symlink(VEL_FACELESS_LIBRARY, directory / "faceless.so");
 
-  const std::string library = R"("contract" = "3"; "library" = )";
+  const std::string library = R"("contract" = "4"; "library" = )";
   // Entries of Info.strings, and how the message goes on after the directory.
   const std::map<std::string, std::string> cases = {
-      {"", R"(Info.strings: "contract" is missing, expected "3")"},
+      {"", R"(Info.strings: "contract" is missing, expected "4")"},
       // The version comes first: whether there is a library is not even looked at.
       {R"("contract" = "1"; "library" = "gone.so";)", R"(Info.strings: "contract" is "1", exp)"},
-      {R"("contract" = "3";)", R"(Info.strings: "library" is missing, expected the name)"},
+      {R"("contract" = "4";)", R"(Info.strings: "library" is missing, expected the name)"},
       {library + R"("../module.so";)", R"(Info.strings: "library" is "../module.so", expected)"},
       {library + R"("gone.so";)", "gone.so: no such file, expected the module's"},
       {library + R"("faceless.so";)", "faceless.so: no function velCreatePrincipal, expected"},

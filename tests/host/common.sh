@@ -30,9 +30,9 @@ bundle() {
     '<widget class="VELModuleNameStatusBarView" name="name"/><widget class="VELGaugeViewMultiple" name="gauges"/>' \
     '</widget></ui>' >"$scratch/$1/Item.ui"
 }
-bundle sound '"contract" = "3"; "processors" = "8"; "share" = "50"; "gauges" = "1";'
-bundle alert '"contract" = "3"; "gauges" = "1"; "alert" = "<b>%s\U202e\U001b [7]";'
-bundle cores '"contract" = "3"; "share" = "75"; "gauges" = "8";'
+bundle sound '"contract" = "4"; "processors" = "8"; "share" = "50"; "gauges" = "1";'
+bundle alert '"contract" = "4"; "gauges" = "1"; "alert" = "<b>%s\U202e\U001b [7]";'
+bundle cores '"contract" = "4"; "share" = "75"; "gauges" = "8";'
 
 # A machine on which as many processors run as the scripted module has.
 mkdir -p "$scratch/machine/proc" "$scratch/machine/sys/devices/system/cpu"
@@ -56,5 +56,14 @@ machineWith() {
     printf '%s (%s) S 1 1 1 0 -1 0 0 0 0 0 %s 0 0 0 20 0 1 0 1 1 1 0 0 0 0 0 0 0 0 0 0 0 0 0 17 0 0 0 0 0 0\n' \
       $pid "$name" $(((pid - 100) * 1000000)) >"$scratch/busy/proc/$pid/stat"
   done
+}
+# twoGraphicsProcessors: gives that machine an integrated one, with the display, and a discrete one whose power is left on.
+# There is no switch.
+twoGraphicsProcessors() {
+  local devices=$scratch/busy/sys/bus/pci/devices
+  mkdir -p "$devices/0000:00:02.0/drm/card0/card0-eDP-1" "$devices/0000:01:00.0/power"
+  echo 0x030000 | tee "$devices"/{0000:00:02.0,0000:01:00.0}/class >/dev/null
+  echo enabled >"$devices/0000:00:02.0/drm/card0/card0-eDP-1/enabled"
+  echo on >"$devices/0000:01:00.0/power/control"
 }
 busy=(--proc "$scratch/busy/proc" --sys "$scratch/busy/sys")

@@ -24,7 +24,7 @@ refuses 2 '--interval: expected once, as --interval SECONDS' --interval
 refuses 2 '--interval: expected once, as --interval SECONDS' --interval 1 --interval 2
 refuses 2 '--count: expected once, as --count N' --count
 refuses 2 '--once excludes --count' --once --count 3
-for option in --proc --sys; do
+for option in --proc --sys --debugfs; do
   refuses 2 "$option: \"/dev/null\" is not a directory" "$option" /dev/null
   refuses 2 "$option: \"\" is not a directory" "$option" ''
   refuses 2 "$option: expected once, as $option DIR" "$option"
@@ -33,23 +33,24 @@ refuses 2 'unknown option --interv' --interv 3
 refuses 2 'unknown option -x' -x stray
 refuses 2 'unexpected argument stray' stray --unknown
 refuses 2 'unexpected argument --json' -- --json
-refuses 2 '--json takes no value' --json=yes
-refuses 2 '--once takes no value' --once=false
+for flag in --json --once --discrete --integrated --dynamic; do
+  refuses 2 "$flag takes no value" "$flag=false"
+done
 
 bundle foreign '"contract" = "1";'
-refuses 1 "$scratch/foreign/Info.strings: \"contract\" is \"1\", expected \"3\".*" --bundle "$scratch/foreign"
+refuses 1 "$scratch/foreign/Info.strings: \"contract\" is \"1\", expected \"4\".*" --bundle "$scratch/foreign"
 refuses 1 "$scratch/none: no such directory, expected a module bundle" --bundle "$scratch/none"
 refuses 1 '/dev/null: not a directory, expected a module bundle' --bundle /dev/null
 refuses 1 "$scratch/machine/Info.strings: .*, expected a module bundle" --bundle "$scratch/machine"
 refuses 2 '--bundle: "" is not a directory' --bundle ''
 
-bundle nib '"contract" = "3"; "gauges" = "1";'
+bundle nib '"contract" = "4"; "gauges" = "1";'
 sed -i 's/Text" name="text"/Text" name="txt"/' "$scratch/nib/Item.ui"
 refuses 1 "$scratch/nib/Item.ui: outlet \"text\" is missing, expected a VELMenuBarText" --bundle "$scratch/nib"
 
 # Libraries that would kill the program if they were mapped, and those of other machines (man 5 elf).
 # broken FAULT: the bundle's library, to be spoilt beforehand, is refused.
-bundle broken '"contract" = "3";'
+bundle broken '"contract" = "4";'
 library=$scratch/broken/module.so
 broken() { refuses 1 "$library: $1, expected the module's shared library" --bundle "$scratch/broken"; }
 spoil() {
@@ -72,6 +73,6 @@ broken 'cut short'
 expect "version" 'velbar-tty [0-9]+\.[0-9]+\.[0-9]+' "$("$program" --version)"
 help=$("$program" --help)
 [[ -z $(awk 'length > 80' <<<"$help") ]] || fail "--help is too wide" "$help"
-for word in --interval --count --once --json --notify --bundle --proc --sys 'since the machine was started'; do
+for word in --interval --count --once --json --notify --bundle --proc --sys --debugfs --discrete --integrated --dynamic 'since the machine was started'; do
   [[ $help == *"$word"* ]] || fail "--help does not mention $word"
 done

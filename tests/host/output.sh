@@ -77,6 +77,24 @@ text=$(run "${busy[@]}" --json --count 1)
 text=$(run "${busy[@]}" --once --interval 0.1)
 [[ $text == *$'\n\n Top processes, average since start\n two '*102*20.0$'\n one '*10.0 ]] || fail "$text"
 
+# A switching mode that has no effect or cannot be set is told of where one was asked for, the one that holds.
+expect "a mode without two" 'velbar-tty: --discrete: this machine does not have two graphics processors .*' \
+  "$(run "${busy[@]}" --once --discrete 2>&1 >"$scratch/out")"
+twoGraphicsProcessors
+expect "a mode without the badge" 'velbar-tty: --discrete: has no effect until the preferences show .* in use' \
+  "$(run "${busy[@]}" --once --discrete 2>&1 >"$scratch/out")"
+sed -i 's/^\[org.velbar.cpu\]$/&\ngfxGPU = 1/' "$XDG_CONFIG_HOME/velbar/settings.ini"
+switch="$scratch/busy/sys/kernel/debug/vgaswitcheroo/switch"
+while IFS='|' read -r arguments message; do
+  text=$(run "${busy[@]}" $arguments --count 1 2>&1 >"$scratch/out")
+  expect "message of $arguments" "$message" "$text"
+done <<END
+|
+--integrated|velbar-tty: --integrated: $switch: No such file or directory; it takes a kernel with vga_switcheroo
+--dynamic|velbar-tty: --dynamic: $scratch/busy/sys/.*/power/control: the kernel is to leave .*
+--integrated --discrete --debugfs $scratch|velbar-tty: --discrete: $scratch/vgaswitcheroo/switch: No such file .*
+END
+
 # A reader that goes away ends the program at once, long before the next refresh.
 run "${sound[@]}" --interval 3600 | head -n 1 >"$scratch/first"
 expect "statuses of the pipe" '0 0' "${PIPESTATUS[*]}"

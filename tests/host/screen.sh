@@ -323,6 +323,27 @@ terminal send-keys -t test -l a
 setting isNotifyMoreThan 0
 finish
 
+# The badge, and why the mode cannot be set: with the next refresh, and when the screen is gone.
+case='graphics processors'
+twoGraphicsProcessors
+open 80x24 : "$program" "${busy[@]}" --integrated --interval 3600
+await '--integrated: has no effect'
+await help
+expect "$case: hints" ' q quit  t ranking  c cores  g graph  v GPU  a alert  \? help' "$(screen | tail -n 1)"
+terminal send-keys -t test -l nv
+setting gfxGPUCardSwitch 1
+setting gfxGPU 1
+SECONDS=0
+until [[ $(screen) == *' GPU alert'* ]]; do ((SECONDS < 10)) || fail "$case: no alert" "$(screen)"; done
+terminal send-keys -t test c
+await 'it takes a kernel'
+expect "$case: item" ' CPU .* \[i\]' "$(screen | sed -n 2p)"
+terminal send-keys -t test -l vq
+left 0
+expect "$case: what is left" $'before\nvelbar-tty: --integrated: has no .*/switch: No such file.*' "$(screen)"
+setting gfxGPU 0
+finish
+
 case='alert'
 open 80x24 : "$program" --bundle "$scratch/alert" --interval 0.1
 await $'\a'

@@ -13,6 +13,7 @@
 #include "platform/headless/HeadlessNib.h"
 #include "platform/headless/HeadlessUserNotifications.h"
 #include "platform/headless/HeadlessWorkspace.h"
+#include "support/ScriptedGraphics.h"
 
 namespace vel::test {
 
@@ -57,6 +58,8 @@ struct InstalledPlatform {
   explicit InstalledPlatform(const Roots&... roots) : kernel(roots...) {}
 
   AnyKernel kernel;
+  ScriptedSwitchingDriver switchingDriver;
+  ScriptedDisplays displays;
   AnyClock clock;
   std::vector<std::string> nibProblems;
   ObservedNibLoader nibLoader{
@@ -69,9 +72,19 @@ struct InstalledPlatform {
   Bundle bundle = moduleBundle();
   Bundle mainBundle = openBundle(VEL_HOST_RESOURCES);
   Platform platformWith(Queue& global) {
-    Platform result{
-        kernel, clock,  nibLoader,  workspace, userNotificationCenter, notificationCenter, queue,
-        global, locale, mainBundle, {}};
+    Platform result{kernel,
+                    switchingDriver,
+                    displays,
+                    clock,
+                    nibLoader,
+                    workspace,
+                    userNotificationCenter,
+                    notificationCenter,
+                    queue,
+                    global,
+                    locale,
+                    mainBundle,
+                    {}};
     return result;
   }
   Platform platform = platformWith(queue);

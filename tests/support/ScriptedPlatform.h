@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -112,7 +113,7 @@ class ManualClock : public Clock {
   [[nodiscard]] double now() const override { return seconds; }
   void sleep(double duration) override { seconds += duration; }
 
-  double seconds = 1'700'000'000.0;
+  std::atomic<double> seconds = 1'700'000'000.0;
 };
 
 using ScriptedPlatform = InstalledPlatform<ScriptedKernel, ManualClock>;

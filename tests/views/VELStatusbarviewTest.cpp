@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <tuple>
 #include <vector>
 
+#include "platform/headless/HeadlessDrawing.h"
 #include "platform/headless/HeadlessWidgets.h"
 #include "platform/host/Broadcasts.h"
 #include "support/ScriptedPlatform.h"
@@ -32,6 +34,13 @@ class MenuBarItem : public testing::Test {
   void post(std::string_view broadcast, std::int64_t value) {
     machine.notificationCenter.post(broadcast, value);
     machine.queue.drain();
+  }
+
+  /// What the badge draws.
+  [[nodiscard]] std::vector<std::string> drawnBadge() const {
+    HeadlessDrawing drawing;
+    badge.draw(drawing);
+    return drawing.operations();
   }
 
   void setLoad(float user, float system) {
@@ -65,8 +74,8 @@ TEST_F(MenuBarItem, PlacesWhatIsShown) {
       {6, 0, {4, 25}, 46}, {7, 1, {4, 34, 55, 73}, 90}, {0, 1, {5}, 22}, {0, 0, {}, 8}};
   for (const auto& [mask, gpu, expected, width] : cases) {
     SCOPED_TRACE(mask);
-    post(broadcast::gfxGPUStatusChanged, gpu);
     post(broadcast::iconSubItemsChanged, mask);
+    post(broadcast::gfxGPUStatusChanged, gpu);
     std::vector<double> places;
     for (const View* subItem : std::initializer_list<View*>{&text, &name, &gauge, &badge}) {
       const Rect frame = subItem->frame();
@@ -162,16 +171,36 @@ TEST_F(MenuBarItem, RedrawsTheBadgeForAnotherGPUOrColourOnly) {
     machine.queue.drain();
     EXPECT_EQ(badge.displayRequests(), before + 1);
   }
-  color.set(kGray, kGray, 0);
-  EXPECT_EQ(badge.displayRequests(), before + 2);
+  item->updateView();
+  EXPECT_EQ(badge.displayRequests(), before + 1);
+  for (const auto& [label, faint] : {std::pair{kGray, kGray}, {kFaint, kGray}}) {
+    const auto requests = badge.displayRequests();
+    color.set(label, faint, 0);
+    EXPECT_EQ(badge.displayRequests(), requests + 1);
+  }
+}
+
+TEST_F(MenuBarItem, DrawsTheBadgeInHalfPoints) {
+  for (const auto& [type, letter] : {std::pair{0, "i"}, {1, "d"}, {-2, "d"}}) {
+    item->setGputype(type);
+    machine.queue.drain();
+    EXPECT_EQ(drawnBadge(),
+              (std::vector<std::string>{
+                  "save", "translate 0.5 4.5", "scale 0.5 0.5",
+                  "fill 1 1 20 24, radii 2 2, 0.5 0.5 0.5 0.2", "save", "clip 1 1 20 24",
+                  std::string("text 1 -1 20 30, size 24, 0.5 0.5 0.5 1, center: ") + letter,
+                  "restore", "restore"}));
+  }
 }
 
 TEST_F(MenuBarItem, LeavesNothingBehind) {
-  view.draw();
+  HeadlessDrawing drawing;
+  view.draw(drawing);
   machine.notificationCenter.post(broadcast::coresDisplayed, 2);
   item.reset();
   machine.queue.drain();
-  view.draw();
+  view.draw(drawing);
+  EXPECT_EQ(drawnBadge(), std::vector<std::string>());
   color.set(Color{1, 1, 1}, Color{1, 1, 1}, 1);
   EXPECT_EQ(color.refreshes(view), 1);
   EXPECT_EQ(gauge.gauges().size(), 1U);

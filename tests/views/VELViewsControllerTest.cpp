@@ -4,18 +4,24 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <map>
+#include <semaphore>
 #include <string>
 #include <thread>
 #include <tuple>
 #include <vector>
 
+#include "gpu/GSGPU.h"
+#include "gpu/GSMux.h"
 #include "module/VELModuleController.h"
+#include "platform/foundation/GlobalQueue.h"
 #include "platform/headless/HeadlessControls.h"
+#include "platform/headless/HeadlessDrawing.h"
 #include "platform/host/Broadcasts.h"
 #include "platform/host/VELGraphMultiple.h"
 #include "support/LoggingStore.h"
@@ -32,6 +38,7 @@ using Values = std::map<std::string, std::int64_t, std::less<>>;
 class Preferences : public testing::Test {
  protected:
   Preferences() {
+    GSGPU::forget();
     using namespace broadcast;
     for (const auto name :
          {iconStatusChanged, iconSubItemsChanged, showGraph, menuBarGaugeType, top5Type,
@@ -44,6 +51,10 @@ class Preferences : public testing::Test {
     machine.kernel.count = machine.kernel.logical = 8;
     machine.kernel.physical = 4;
   }
+
+  ~Preferences() override { GSMux::switcherClose(); }
+  Preferences(const Preferences&) = delete;
+  Preferences& operator=(const Preferences&) = delete;
 
   void start(const Bundle& bundle, PreferencesStore* early = nullptr) {
     const auto views = [](const auto& nib, const Bundle& nibBundle) {
@@ -72,6 +83,14 @@ class Preferences : public testing::Test {
   template <typename T>
   T& object(std::string_view name) {
     return machine.nibLoader.object<T>(name);
+  }
+
+  /// What the badge says; nothing while it is hidden.
+  std::string shownGPU() {
+    const auto& badge = object<HeadlessView<View>>("gfxGPUView");
+    HeadlessDrawing drawing;
+    badge.draw(drawing);
+    return badge.isHidden() ? "" : drawing.texts().front();
   }
 
   ScriptedPlatform machine;
@@ -169,6 +188,103 @@ TEST_F(Preferences, AreBroadcastBeforeTheyAreSaved) {
                           "isNotifyMoreThan = 1", "isNotifyMoreThan = 1"}));
 }
 
+TEST_F(Preferences, TurnTheWatchingOfTheGraphicsProcessorOnAndOff) {
+  using namespace broadcast;
+  machine.switchingDriver.services = {{5}};
+  store.values = {{"gfxGPU", 1}, {"gfxGPUCardSwitch", 1}};
+  start(machine.bundle);
+  EXPECT_EQ(taken().back(), "GFXGPUStatusChanged 0");
+  EXPECT_EQ(machine.displays.callbacks(), 0U);
+  for (const char* name : {"gpugfxTxtField", "gpugfxBtn", "btnNotifygfxGPUCardSwitch"}) {
+    EXPECT_FALSE(object<View>(name).isHidden()) << name;
+  }
+
+  // Watching starts while the settings are loaded, in the mode for it, and the type comes first.
+  auto& button = object<HeadlessButton>("gpugfxBtn");
+  machine.switchingDriver.setFeature(7, 1);
+  machine.notificationCenter.addObserver(&button, gfxGPUStatusChanged, [this](const auto&) {
+    machine.switchingDriver.write("broadcast");
+  });
+  machine.switchingDriver.taken();
+  module->setVelPreferencesDefault(&store);
+  EXPECT_EQ(taken().back(), "GFXGPUStatusChanged 1");
+  EXPECT_EQ(machine.switchingDriver.taken(),
+            (Log{"1: 2 1 1 1", "1: 2 1 5 0", "1: 2 1 4 1", "1: 3 1 7", "broadcast"}));
+  drain();
+  EXPECT_EQ(shownGPU(), "i");
+
+  // One switch, of which two displays tell, shows and is told of once; a refresh asks nobody.
+  machine.switchingDriver.setFeature(7, 0);
+  machine.displays.reconfigure();
+  machine.displays.reconfigure();
+  drain();
+  EXPECT_EQ(machine.switchingDriver.taken(), (Log{"1: 3 1 7", "1: 3 1 7"}));
+  EXPECT_EQ(shownGPU(), "d");
+  ASSERT_EQ(machine.userNotificationCenter.delivered().size(), 1U);
+  EXPECT_EQ(machine.userNotificationCenter.delivered()[0].informativeText,
+            "Discrete GPU card now in use");
+  module->updateModel();
+  module->updateViews();
+  EXPECT_EQ(machine.switchingDriver.taken(), Log{});
+  EXPECT_EQ(machine.displays.searches, 1);
+
+  button.click();
+  drain();
+  EXPECT_EQ(taken(), (Log{"GFXGPUStatusChanged 0", "gfxGPU = 0"}));
+  EXPECT_EQ(machine.displays.callbacks(), 0U);
+  EXPECT_EQ(shownGPU(), "");
+  EXPECT_EQ(machine.switchingDriver.taken(), Log{"broadcast"});  // the mode stays
+  machine.notificationCenter.removeObserver(&button);
+  button.click();
+  module.reset();
+  drain();
+  EXPECT_EQ(machine.displays.callbacks(), 0U);
+}
+
+TEST_F(Preferences, AreNotReachedByAGraphicsProcessorOnceTheyHaveGone) {
+  GlobalQueue global;
+  Platform platform = machine.platformWith(global);
+  const PlatformInstallation installation(platform);
+  machine.switchingDriver.services = {{5}};
+  store.values = {{"gfxGPU", 1}, {"gfxGPUCardSwitch", 1}};
+  constexpr int kTimes = 1000;
+  std::counting_semaphore<> turns(0);
+  std::thread events([this, &turns] {
+    for (std::uint64_t i = 0; i < kTimes * 3; ++i) {
+      turns.acquire();
+      machine.switchingDriver.setFeature(7, i % 2);
+      machine.displays.reconfigure();
+    }
+  });
+  for (int i = 0; i < kTimes; ++i) {
+    turns.release();
+    startWithStore();
+    turns.release();
+    object<HeadlessButton>("gpugfxBtn").click();
+    global.waitUntilIdle();
+    machine.queue.drain();
+    object<HeadlessButton>("gpugfxBtn").click();
+    global.waitUntilIdle();
+    machine.queue.drain();
+    // Under way to the report, which the end of the controller then meets.
+    const int before = machine.switchingDriver.answers;
+    turns.release();
+    for (int yields = 0; machine.switchingDriver.answers == before; ++yields) {
+      ASSERT_LT(yields, 10'000'000);
+      std::this_thread::yield();
+    }
+    module.reset();
+    machine.queue.drain();
+  }
+  events.join();
+  global.waitUntilIdle();
+  EXPECT_EQ(machine.displays.callbacks(), 0U);
+  const Log asked = machine.switchingDriver.taken();
+  EXPECT_GT(std::count_if(asked.begin(), asked.end(),
+                          [](const auto& line) { return line.ends_with(": 3 1 7"); }),
+            kTimes);
+}
+
 TEST_F(Preferences, ChooseTheGraphsThatARefreshFeeds) {
   startWithStore();
   machine.kernel.processors.assign(8, {.user = 2, .system = 1, .idle = 5});
@@ -227,7 +343,7 @@ TEST_F(Preferences, AreSavedThoughTheModuleHasGone) {
   const PlatformInstallation installation(platform);
   startWithStore();
   const auto life = std::make_shared<int>();
-  object<View>("view").setDidDraw([life] {});
+  object<View>("view").setDidDraw([life](DrawingContext&) {});
   object<HeadlessMatrix>("showDisplayButton").choose(0);
   object<HeadlessButton>("btnNotifyMoreThan").click();
   module.reset();

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "host/desktop/kit/Colors.h"
+#include "host/desktop/windowing/Colors.h"
 
 namespace vel {
 

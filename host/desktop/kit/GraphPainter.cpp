@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <span>
 
-#include "host/desktop/kit/Colors.h"
 #include "host/desktop/kit/Contrast.h"
+#include "host/desktop/windowing/Colors.h"
 
 namespace vel {
 

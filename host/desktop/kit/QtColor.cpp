@@ -3,7 +3,7 @@
 #include <QEvent>
 #include <QPalette>
 
-#include "host/desktop/kit/Colors.h"
+#include "host/desktop/windowing/Colors.h"
 #include "host/desktop/windowing/QtView.h"
 
 namespace vel {

@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "host/desktop/kit/Colors.h"
+#include "host/desktop/windowing/Colors.h"
 
 namespace vel {
 

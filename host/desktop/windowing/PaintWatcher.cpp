@@ -5,10 +5,12 @@
 #include <QPointer>
 #include <utility>
 
+#include "host/desktop/windowing/QtDrawingContext.h"
+
 namespace vel {
 
-PaintWatcher::PaintWatcher(QWidget& widget, std::function<void()> didPaint)
-    : didPaint_(std::move(didPaint)) {
+PaintWatcher::PaintWatcher(QWidget& widget, std::function<void(DrawingContext&)> didPaint)
+    : widget_(widget), didPaint_(std::move(didPaint)) {
   widget.installEventFilter(this);
 }
 
@@ -20,8 +22,9 @@ bool PaintWatcher::eventFilter(QObject* object, QEvent* event) {
   QCoreApplication::sendEvent(object, event);
   // The function may replace this watcher, and so itself.
   const QPointer<PaintWatcher> self(this);
-  const std::function<void()> didPaint = didPaint_;
-  didPaint();
+  const std::function<void(DrawingContext&)> didPaint = didPaint_;
+  QtDrawingContext context(widget_);
+  didPaint(context);
   if (!self.isNull()) {
     self->painting_ = false;
   }

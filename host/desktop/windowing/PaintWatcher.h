@@ -1,9 +1,11 @@
-// Tells when a widget has painted itself.
+// Tells when a widget has painted itself, and with what to go on.
 #pragma once
 
 #include <QObject>
 #include <QWidget>
 #include <functional>
+
+#include "platform/windowing/DrawingContext.h"
 
 namespace vel {
 
@@ -11,13 +13,14 @@ namespace vel {
 /// brings about before it returns.
 class PaintWatcher : public QObject {
  public:
-  PaintWatcher(QWidget& widget, std::function<void()> didPaint);
+  PaintWatcher(QWidget& widget, std::function<void(DrawingContext&)> didPaint);
 
  protected:
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
-  std::function<void()> didPaint_;
+  QWidget& widget_;
+  std::function<void(DrawingContext&)> didPaint_;
   bool painting_ = false;  ///< or in the function
 };
 

@@ -42,7 +42,7 @@ class QtView : public Interface, public QtWidgetOwner {
     }
   }
   void setNeedsDisplay() override { widget_.update(); }
-  void setDidDraw(std::function<void()> didDraw) override {
+  void setDidDraw(std::function<void(DrawingContext&)> didDraw) override {
     watcher_ = didDraw ? std::make_unique<PaintWatcher>(widget_, std::move(didDraw)) : nullptr;
   }
   [[nodiscard]] bool isWindowVisible() const override {

@@ -1,6 +1,9 @@
 // The time of day, and waiting. All code asks here, so that a test can move time by hand.
 #pragma once
 
+#include <condition_variable>
+#include <mutex>
+
 namespace vel {
 
 class Clock {
@@ -22,6 +25,14 @@ class SystemClock : public Clock {
  public:
   [[nodiscard]] double now() const override;
   void sleep(double seconds) override;
+
+  /// From now on `sleep` returns at once, on every thread, and so do the sleeps under way.
+  void endSleeps();
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable ending_;
+  bool sleepsHaveEnded_ = false;
 };
 
 }  // namespace vel

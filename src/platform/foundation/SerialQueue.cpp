@@ -55,7 +55,8 @@ void SerialQueue::State::takeTurn() {
   queueTurn();
 }
 
-SerialQueue::SerialQueue(Queue& target) : state_(std::make_shared<State>(target)) {}
+SerialQueue::SerialQueue(Queue& target, std::string label)
+    : label_(std::move(label)), state_(std::make_shared<State>(target)) {}
 
 SerialQueue::~SerialQueue() = default;
 

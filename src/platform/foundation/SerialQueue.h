@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/foundation/Queue.h"
 
@@ -12,13 +13,17 @@ namespace vel {
 /// must outlive them.
 class SerialQueue : public Queue {
  public:
-  explicit SerialQueue(Queue& target);
+  explicit SerialQueue(Queue& target, std::string label = {});
   ~SerialQueue() override;
 
   void async(Task task) override;
 
+  /// For whoever looks at the program.
+  [[nodiscard]] const std::string& label() const { return label_; }
+
  private:
   struct State;
+  std::string label_;
   std::shared_ptr<State> state_;
 };
 

@@ -1,7 +1,6 @@
 // The machine's own clock.
 #include <algorithm>
 #include <chrono>
-#include <thread>
 
 #include "platform/foundation/Clock.h"
 
@@ -21,8 +20,18 @@ double SystemClock::now() const {
 
 void SystemClock::sleep(double seconds) {
   if (seconds > 0) {
-    std::this_thread::sleep_for(std::min(Seconds(seconds), kLongestSleep));
+    std::unique_lock lock(mutex_);
+    ending_.wait_for(lock, std::min(Seconds(seconds), kLongestSleep),
+                     [this] { return sleepsHaveEnded_; });
   }
+}
+
+void SystemClock::endSleeps() {
+  {
+    const std::lock_guard lock(mutex_);
+    sleepsHaveEnded_ = true;
+  }
+  ending_.notify_all();
 }
 
 }  // namespace vel

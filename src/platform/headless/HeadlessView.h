@@ -22,7 +22,9 @@ class HeadlessView : public Interface, public HeadlessTree {
   void setHidden(bool hidden) override { hidden_ = hidden; }
   void setAlphaValue(double alpha) override { alphaValue_ = alpha; }
   void setNeedsDisplay() override { ++displayRequests_; }
-  void setDidDraw(std::function<void()> didDraw) override { didDraw_ = std::move(didDraw); }
+  void setDidDraw(std::function<void(DrawingContext&)> didDraw) override {
+    didDraw_ = std::move(didDraw);
+  }
   [[nodiscard]] bool isWindowVisible() const override { return windowVisible_; }
 
   [[nodiscard]] double alphaValue() const { return alphaValue_; }
@@ -30,9 +32,9 @@ class HeadlessView : public Interface, public HeadlessTree {
   void setWindowVisible(bool visible) { windowVisible_ = visible; }
 
   /// What a display does.
-  void draw() {
+  void draw(DrawingContext& context) const {
     if (didDraw_) {
-      didDraw_();
+      didDraw_(context);
     }
   }
 
@@ -42,7 +44,7 @@ class HeadlessView : public Interface, public HeadlessTree {
   double alphaValue_ = 1.0;
   std::uint64_t displayRequests_ = 0;
   bool windowVisible_ = false;
-  std::function<void()> didDraw_;
+  std::function<void(DrawingContext&)> didDraw_;
 };
 
 }  // namespace vel

@@ -15,7 +15,7 @@ namespace vel {
 /// Changes whenever a module built against the one contract could not be called through the other.
 /// A bundle's Info.strings states its own under `kContractKey`; a host refuses any other version
 /// before it calls anything.
-inline constexpr int kContractVersion = 3;
+inline constexpr int kContractVersion = 4;
 inline constexpr const char* kContractKey = "contract";
 /// The Info.strings key that names the bundle's shared library, a file in the bundle's directory.
 inline constexpr const char* kLibraryKey = "library";

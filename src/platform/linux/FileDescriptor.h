@@ -8,6 +8,8 @@ namespace vel {
 class FileDescriptor {
  public:
   FileDescriptor() = default;
+  /// Takes over what a system call has returned, -1 for nothing open.
+  explicit FileDescriptor(int number) : number_(number) {}
   ~FileDescriptor() { close(); }
   FileDescriptor(const FileDescriptor&) = delete;
   FileDescriptor& operator=(const FileDescriptor&) = delete;

@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "platform/windowing/DrawingContext.h"
 #include "platform/windowing/Geometry.h"
 #include "platform/windowing/NibObject.h"
 
@@ -26,9 +27,9 @@ class View : public NibObject {
 
   virtual void setNeedsDisplay() = 0;
 
-  /// Called each time after the toolkit has drawn the view. One function; it is called no more once
-  /// an empty one has been set.
-  virtual void setDidDraw(std::function<void()> didDraw) = 0;
+  /// Called each time after the toolkit has drawn the view, to draw what else there is to see. One
+  /// function; it is called no more once an empty one has been set.
+  virtual void setDidDraw(std::function<void(DrawingContext&)> didDraw) = 0;
 
   /// Whether the window that shows the view is on screen; false for a view in no window.
   [[nodiscard]] virtual bool isWindowVisible() const = 0;

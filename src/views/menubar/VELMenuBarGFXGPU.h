@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "platform/foundation/Property.h"
 #include "platform/windowing/Color.h"
@@ -9,10 +10,15 @@
 
 namespace vel {
 
+/// A letter in a box of 10 by 12 points, one point from the left and five from the bottom of a view
+/// that should be 11 by 17 at least.
 class VELMenuBarGFXGPU {
  public:
-  /// `view` outlives the badge.
-  explicit VELMenuBarGFXGPU(View& view) : view_(view) {}
+  /// `view` outlives the badge, which draws it.
+  explicit VELMenuBarGFXGPU(View& view);
+  ~VELMenuBarGFXGPU() { view_.setDidDraw({}); }
+  VELMenuBarGFXGPU(const VELMenuBarGFXGPU&) = delete;
+  VELMenuBarGFXGPU& operator=(const VELMenuBarGFXGPU&) = delete;
 
   [[nodiscard]] View& view() const { return view_; }
 
@@ -23,12 +29,15 @@ class VELMenuBarGFXGPU {
 
   /// Of the letter.
   [[nodiscard]] const Color& innerColor() const { return innerColor_; }
+  /// Always draws the badge anew.
   void setInnerColor(const Color& color);
 
   /// Of the box.
   [[nodiscard]] Property<Color>& outerColor() { return outerColor_; }
 
  private:
+  void drawGPUType(std::string_view text, DrawingContext& context) const;
+
   View& view_;
   std::int64_t gputype_ = 0;
   Color innerColor_;

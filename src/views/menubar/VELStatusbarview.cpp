@@ -79,7 +79,7 @@ void VELStatusbarview::awakeFromNib() {
   gaugeView_.setGaugeDefinedType(2);
   gfxGPUView_.view().setHidden(true);
   isgfxGPUUsed_ = false;
-  view_.setDidDraw([this] { colorObject_.refreshColorForView(view_); });
+  view_.setDidDraw([this](DrawingContext&) { colorObject_.refreshColorForView(view_); });
   registerNotification();
 }
 
@@ -147,6 +147,7 @@ void VELStatusbarview::menuBarCoresDisplayedDidChange(const Notification& notifi
 
 void VELStatusbarview::gfxGPUStatusDidChanged(const Notification& notification) {
   isgfxGPUUsed_ = notification.integerValue() != 0;
+  applyGputype();  // It may have come just now, and the badge is about to be seen.
   gfxGPUView_.view().setHidden(!isgfxGPUUsed_);
   resizeView();
 }
@@ -182,7 +183,10 @@ void VELStatusbarview::updateGaugeColor() {
   percentageLabel_.setAlphaValue(alpha);
   label3LettersContainer_.setAlphaValue(alpha);
   const Color normal = colorObject_.statusLabelColor().get();
-  gfxGPUView_.setInnerColor(normal);
+  // Setting it draws the badge, and this comes with every refresh.
+  if (normal != gfxGPUView_.innerColor()) {
+    gfxGPUView_.setInnerColor(normal);
+  }
   cores_.forEachLoad(CPUData_.get(), [&](float load, std::int64_t index) {
     // In double precision: the 0.7F nearest to the threshold is a little less than it.
     const bool isHigh = static_cast<double>(load) > kRedThreshold;

@@ -47,6 +47,10 @@ VELViewsController::VELViewsController(std::string nib, const Bundle& bundle)
       bundle_(bundle) {}
 
 VELViewsController::~VELViewsController() {
+  if (gfxObject_) {
+    // Else it would be kept, and go on telling.
+    gfxObject_->deActivateGPUMonitoring();
+  }
   notificationCenter_.removeObserver(this);
 }
 
@@ -66,7 +70,7 @@ void VELViewsController::loadView() {
   const auto item = VELStatusbarview::fromNib(*nib_, bundle_);
   const auto compact = VELStatusbarCompactview::fromNib(*nib_, bundle_);
   const auto expanded = VELStatusbarExpandedview::fromNib(*nib_, bundle_);
-  auto alerts = VELPreferenceNotificationview::fromNib(
+  const auto alerts = VELPreferenceNotificationview::fromNib(
       *nib_, bundle_, [this](std::function<void()> work) { later(std::move(work)); });
   if (!outlets || !item || !compact || !expanded || !alerts) {
     return;
@@ -75,7 +79,7 @@ void VELViewsController::loadView() {
   statusbarview_ = item;
   statusbarcompactview_ = compact;
   statusbarExpandedview_ = expanded;
-  preferenceNotificationview_ = std::move(alerts);
+  preferenceNotificationview_ = alerts;
   connectActions();
   // The views first: they have to hear the broadcasts of the settings.
   statusbarview_->awakeFromNib();
@@ -129,10 +133,23 @@ void VELViewsController::awakeFromNib() {
   statusbarcompactview_->cpuData().bind(CPUData_);
   statusbarExpandedview_->cpuData().bind(CPUData_);
   preferenceNotificationview_->cpuData().bind(CPUData_);
-  // There is nothing yet that could tell which graphics processor is in use.
-  outlets_->gpugfxTxtField.setHidden(true);
-  outlets_->gpugfxBtn.setHidden(true);
+  gfxObject_ = std::make_shared<GFXObject>();
+  gfxObject_->setDelegate(this);
+  setGfxGPUCardInUse(gfxObject_->isDualGPUCard());
   loadPreferences();
+}
+
+void VELViewsController::setGfxGPUCardInUse(bool inUse) {
+  gfxGPUCardInUse_ = inUse;
+  outlets_->gpugfxTxtField.setHidden(!inUse);
+  outlets_->gpugfxBtn.setHidden(!inUse);
+  preferenceNotificationview_->setGfxGPUCardInUse(inUse);
+}
+
+/// Whichever the thread of the report is, both carry to the main thread what touches a view.
+void VELViewsController::GPUCardTypeIs(std::int64_t type) {
+  statusbarview_->setGputype(type);
+  preferenceNotificationview_->setGpuType(type);
 }
 
 View* VELViewsController::statusbarview() const {
@@ -209,6 +226,11 @@ void VELViewsController::loadPreferences() {
   loadPopUp(outlets_->popupGaugeType, read(key::gaugeType));
   loadPopUp(outlets_->popupCPUTop5Type, read(key::cpuTop5Type));
   loadPopUp(outlets_->popupCPUCoresDisplayed, read(key::cpucoresdisplayed).value_or(0));
+
+  if (gfxGPUCardInUse_) {
+    outlets_->gpugfxBtn.setState(read(key::gfxGPU).value_or(0));
+    selectedMattrixButtonState(outlets_->gpugfxBtn);
+  }
 }
 
 std::optional<std::int64_t> VELViewsController::read(std::string_view key) const {
@@ -226,6 +248,9 @@ void VELViewsController::selectMattrixButtonToState(Matrix& matrix, std::int64_t
 
 std::int64_t VELViewsController::selectedMattrixButtonState(const Control& control) {
   const std::int64_t value = valueOf(control);
+  if (&control == &outlets_->gpugfxBtn) {
+    value != 0 ? gfxObject_->activateGPUMonitoring() : gfxObject_->deActivateGPUMonitoring();
+  }
   if (const std::string_view name = broadcastOf(control); !name.empty()) {
     notificationCenter_.post(name, value);
   }

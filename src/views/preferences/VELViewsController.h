@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "alerts/VELPreferenceNotificationview.h"
+#include "gpu/GFXObject.h"
 #include "module/ViewControllers.h"
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/host/VELGraphArrays.h"
@@ -28,7 +29,8 @@ namespace vel {
 /// keeps the controller, its controls included, alive until it has run. Whoever ends the queues
 /// runs that work first, while the platform is still installed and the store exists.
 class VELViewsController : public MainViewController,
-                           public std::enable_shared_from_this<VELViewsController> {
+                           public std::enable_shared_from_this<VELViewsController>,
+                           private GFXObjectDelegate {
  public:
   /// `bundle` has the nib and outlives the controller.
   VELViewsController(std::string nib, const Bundle& bundle);
@@ -69,6 +71,9 @@ class VELViewsController : public MainViewController,
 
   static std::optional<Outlets> connect(Nib& nib);
   void awakeFromNib();
+  /// Shows the settings of the graphics processors on a machine that has two to switch between.
+  void setGfxGPUCardInUse(bool inUse);
+  void GPUCardTypeIs(std::int64_t type) override;
   void connectActions();
 
   // Loading. Nothing is written to the store.
@@ -76,7 +81,8 @@ class VELViewsController : public MainViewController,
   [[nodiscard]] std::optional<std::int64_t> read(std::string_view key) const;
   void selectMattrixButtonToState(Matrix& matrix, std::int64_t tag);
 
-  /// Broadcasts a control's value under the control's name and returns it.
+  /// Broadcasts a control's value under the control's name and returns it. Before that the one for
+  /// the graphics processor turns the watching on or off.
   std::int64_t selectedMattrixButtonState(const Control& control);
   /// Broadcasts which parts of the menu-bar item are shown and returns it, as the controls have it.
   std::int64_t selectSubItemsDisplayed();
@@ -109,6 +115,7 @@ class VELViewsController : public MainViewController,
   std::string bundleIdentifier_;
   PreferencesStore* velPreferencesDefault_ = nullptr;
   DisplayedCores cores_;
+  bool gfxGPUCardInUse_ = false;
   Property<const CPUData*> CPUData_;
   // The nib goes after what uses its objects.
   std::unique_ptr<Nib> nib_;
@@ -116,7 +123,8 @@ class VELViewsController : public MainViewController,
   std::shared_ptr<VELStatusbarview> statusbarview_;
   std::shared_ptr<VELStatusbarCompactview> statusbarcompactview_;
   std::shared_ptr<VELStatusbarExpandedview> statusbarExpandedview_;
-  std::unique_ptr<VELPreferenceNotificationview> preferenceNotificationview_;
+  std::shared_ptr<VELPreferenceNotificationview> preferenceNotificationview_;
+  std::shared_ptr<GFXObject> gfxObject_;  ///< made when the nib awakes
 };
 
 }  // namespace vel

@@ -3,23 +3,10 @@
 # service, and none. Takes some four minutes.
 #   alert.sh PROGRAM
 source "$(dirname "$0")/common.sh"
+source "$(dirname "$0")/notifications.sh"
 
-# A bus without the machine's services, which it would start again.
-export DBUS_SESSION_BUS_ADDRESS=unix:path=$scratch/bus
-cat >"$scratch/bus.conf" <<END
-<busconfig><type>session</type><listen>$DBUS_SESSION_BUS_ADDRESS</listen>
-<policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy>
-</busconfig>
-END
 startServer 1000x700
-mkfifo "$scratch/address"
-dbus-daemon --config-file="$scratch/bus.conf" --nofork --nosyslog --print-address=3 3>"$scratch/address" 2>/dev/null &
-bus=$!
-read -r _ <"$scratch/address"
-printf '[global]\nmarkup = full\n' >"$scratch/dunstrc"
-stdbuf -oL dunst -conf "$scratch/dunstrc" -print >"$scratch/shown" 2>/dev/null &
-service=$!
-await "the notification service" dunstctl is-paused
+startNotifications
 
 # Two programs with a name that neither markup nor a format may make anything of, each busy for some four tenths of the
 # time. They are nobody's children, as what a desktop starts, and gone with the scratch directory at the latest. velbar sees
@@ -44,8 +31,6 @@ start --proc "$machine"
 await "the bar" isThere Velbar
 
 pause() { read -r -t "$1" <>"$scratch/never" || :; }
-# shown: how many notifications there have been.
-shown() { awk '/^\tbody: / { ++n } END { print n + 0 }' "$scratch/shown"; }
 # staysAt COUNT UNTIL: no further notification until so many seconds after the start.
 staysAt() {
   while ((SECONDS < $2)); do
@@ -58,11 +43,10 @@ staysAt 0 119
 await "the alert" eval '(($(shown) > 0))'
 ((SECONDS <= 140)) || fail "the alert came after $SECONDS seconds"
 first=$SECONDS
-body=$(awk -F "'" '/^\tbody: / { print $2 }' "$scratch/shown")
+body=$(texts body)
 [[ $body =~ ^'&lt;b&gt;x&lt;b&gt; &amp; %s ['([0-9]+)'] is using too much CPU'$ ]] || fail "the alert says: $body"
 [[ -e $machine/${BASH_REMATCH[1]} ]] || fail "the alert is about another process: $body"
-summary=$(awk -F "'" '/^\tsummary: / { print $2 }' "$scratch/shown")
-[[ $summary == 'CPU Usage' ]] || fail "the alert's title is $summary"
+[[ $(texts summary) == 'CPU Usage' ]] || fail "the alert's title is $(texts summary)"
 
 # The next has to wait for two minutes, and then there is neither service nor bus.
 staysAt 1 $((first + 40))

@@ -19,8 +19,10 @@ await "the bar in its corner" isTopRight "$bar" 1000
 [[ ! -e $settings ]] || fail "defaults have been written"
 
 # A second start finds the first, however the display is written.
-DISPLAY=$DISPLAY.0 timeout 30 "$program" 2>"$scratch/second" || fail "status of a second start"
-[[ $(<"$scratch/second") == "velbar: already running" ]] || fail "$(<"$scratch/second")"
+while IFS='|' read -r argument message; do
+  DISPLAY=$DISPLAY.0 timeout 30 "$program" $argument 2>"$scratch/second" || fail "status of a second start"
+  [[ $(<"$scratch/second") == "velbar: already running$message" ]] || fail "$(<"$scratch/second")"
+done <<<$'|\n--dynamic|; --dynamic has no effect on it'
 
 # Preferences by keyboard, each setting by its key.
 xdotool windowfocus --sync "$bar" key ctrl+comma

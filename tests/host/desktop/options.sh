@@ -19,6 +19,7 @@ refuses 2 '--widget excludes --snapshot' --widget --snapshot "$scratch/out"
 refuses 2 '--widget excludes --panel' --panel --widget
 refuses 2 '--preferences excludes --panel' --panel --preferences
 refuses 2 '--tray takes no value' --tray=yes
+refuses 2 '--dynamic takes no value' --dynamic=yes
 refuses 2 '--snapshot: "" is not a directory' --snapshot ''
 refuses 2 '--interval: "0" is not a number of seconds from 0\.1 to 3600' --interval 0
 refuses 2 'unknown option --trey' --trey
@@ -42,7 +43,8 @@ refuses 1 "$scratch/bundle/VELViewsController\.ui: No such file or directory" \
 
 help=$("$program" --help)
 [[ -z $(awk 'length > 80' <<<"$help") ]] || fail "--help is too wide" "$help"
-for word in --edge --bar --tray --widget --preferences --panel --snapshot --interval settings.ini velbar-tty; do
+for word in --edge --bar --tray --widget --preferences --panel --snapshot --interval --debugfs --discrete \
+  --integrated --dynamic settings.ini velbar-tty; do
   [[ $help == *"$word"* ]] || fail "--help does not mention $word"
 done
 for sink in '>/dev/full' '>&-'; do
@@ -50,8 +52,12 @@ for sink in '>/dev/full' '>&-'; do
 done
 
 # Without a display the terminal's front takes over, with the options that it knows.
-output=$(DISPLAY='' timeout 60 "$program" --tray --interval 0.1 2>&1 | head -n 2)
-[[ $output == "velbar: no display can be reached, starting in the terminal"*"cpu "*"load "* ]] || fail "$output"
+DISPLAY='' "$program" --tray --interval 0.1 --debugfs "$scratch" --integrated --discrete >"$scratch/out" 2>&1 &
+await "the terminal's front" grep 'load ' "$scratch/out"
+[[ $(<"$scratch/out") == "velbar: no display can be reached, starting in the terminal"*"cpu "* ]] || fail "$(<"$scratch/out")"
+arguments=$(xargs -0 <"/proc/$!/cmdline")
+[[ $arguments == */velbar-tty\ *" --interval 0.1"*" --debugfs $scratch --discrete --integrated" ]] || fail "$arguments"
+kill $!
 
 # Pictures need none: every style, sort of core, panel and page, light and dark.
 DISPLAY='' "$program" --snapshot "$scratch/pictures" 2>"$scratch/errors" || fail "$(<"$scratch/errors")"

@@ -35,7 +35,7 @@ struct Kit : testing::Test {
     EXPECT_EQ(bundle.problems, std::vector<std::string>());
     for (View* view : std::initializer_list<View*>{gauges, text, name}) {
       view->setFrameSize({1.0, 22.0});
-      view->setDidDraw([this] { ++paintings; });
+      view->setDidDraw([this](DrawingContext&) { ++paintings; });
     }
     root->resize(300, 22);
   }
@@ -158,7 +158,7 @@ TEST_F(Kit, GraphShowsItsHistoryInTheSizeItIsGiven) {
   auto* graph = nib->outlet<VELGraphMultiple>("graph");
   graph->setFrameOrigin({40.0, 0.0});  // Beside the others.
   graph->setFrameSize({236.0, 30.0});
-  graph->setDidDraw([this] { ++paintings; });
+  graph->setDidDraw([this](DrawingContext&) { ++paintings; });
   EXPECT_EQ(graph->frame().size, (Size{236.0, 30.0}));
   root->show();
   const QImage empty = widgetOf(graph)->grab().toImage();

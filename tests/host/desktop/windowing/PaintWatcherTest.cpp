@@ -16,7 +16,7 @@ TEST(PaintWatcher, TellsAfterEachPaintingAndBearsWhatTheFunctionDoes) {
   } widget;
   QtView<View> view(widget);
   int told = 0;
-  view.setDidDraw([&] {
+  view.setDidDraw([&](DrawingContext&) {
     EXPECT_EQ(widget.paintings, ++told);
     if (told == 2) {
       view.setNeedsDisplay();
@@ -28,10 +28,10 @@ TEST(PaintWatcher, TellsAfterEachPaintingAndBearsWhatTheFunctionDoes) {
   view.setNeedsDisplay();
   EXPECT_TRUE(QTest::qWaitFor([&] { return told == 3; }));  // 2 asked for another one
 
-  view.setDidDraw([&] {
+  view.setDidDraw([&](DrawingContext&) {
     const std::vector<int> kept(1000, ++told);
     widget.repaint();
-    view.setDidDraw([&told, kept] { told += kept.front(); });
+    view.setDidDraw([&told, kept](DrawingContext&) { told += kept.front(); });
     ++told;
   });
   view.setNeedsDisplay();

@@ -169,7 +169,7 @@ TEST(QtNib, TakesItsWidgetsAlong) {
     std::vector<QPointer<QWidget>> widgets;
     for (const char* name : {"view", "panel", "box", "alone"}) {
       auto* view = nib->outlet<View>(name);
-      view->setDidDraw([] {});
+      view->setDidDraw([](DrawingContext&) {});
       widgets.emplace_back(widgetOf(view));
     }
     widgets[1]->setParent(window.get());
