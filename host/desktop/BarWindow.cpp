@@ -11,12 +11,11 @@
 #include <cmath>
 #include <utility>
 
+#include "host/desktop/BorderColor.h"
 #include "host/desktop/DisplayServer.h"
 
 namespace vel {
 namespace {
-
-constexpr double kBorderOpacity = 0.25;
 
 QRect inPixels(const QRect& points, double ratio) {
   // Qt leaves a screen's origin as the server has it.
@@ -123,8 +122,7 @@ bool BarWindow::eventFilter(QObject* object, QEvent* event) {
 void BarWindow::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), palette().window());
-  QColor border = palette().color(QPalette::WindowText);
-  border.setAlphaF(kBorderOpacity);
+  const QColor border = borderColor(palette());
   const double line = 1.0 / devicePixelRatioF();
   const double y = edge_ == Edge::top ? height() - line : 0.0;
   painter.fillRect(QRectF(0.0, y, width(), line), border);

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <utility>
 
+#include "host/desktop/BorderColor.h"
 #include "host/desktop/DisplayServer.h"
 
 namespace vel {
@@ -18,7 +19,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int kBorder = 1;
-constexpr double kBorderOpacity = 0.25;
 
 /// In points. A panel's lines have a height of their own, which larger letters do not fit.
 constexpr int kLargestFont = 15;
@@ -159,9 +159,7 @@ bool PanelWindow::eventFilter(QObject* object, QEvent* event) {
 void PanelWindow::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), palette().window());
-  QColor border = palette().color(QPalette::WindowText);
-  border.setAlphaF(kBorderOpacity);
-  painter.setPen(border);
+  painter.setPen(borderColor(palette()));
   painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 

@@ -12,10 +12,9 @@ namespace {
 
 constexpr int kComfortableWidth = 12;  ///< of a cell; narrower only where there are too many
 constexpr int kLeastWidth = 5;         ///< of a cell; a shorter history says nothing
-constexpr int kGap = 2;
 constexpr int kNarrowGap = 1;
 /// As in the menu bar's item: above this percentage a load is red.
-constexpr float kBusy = 70.0F;
+constexpr float kBusyPercentage = 70.0F;
 
 int dividedUp(int dividend, int divisor) {
   return (dividend + divisor - 1) / divisor;
@@ -101,7 +100,8 @@ void Drawing::appendCell(Line& line, int cell, int row) const {
     const auto filled = std::lround(std::min(std::max(0.0F, share), 1.0F) * height);
     const int steps = std::clamp(static_cast<int>(filled) - row * kUprightSteps, 0, kUprightSteps);
     if (steps > 0) {
-      append(line, uprightGauge(steps, blocks_), value > kBusy ? Tone::busy : Tone::gauge);
+      append(line, uprightGauge(steps, blocks_),
+             value > kBusyPercentage ? Tone::busy : Tone::gauge);
     } else {
       append(line, row == 0 ? uprightGauge(0, blocks_) : L' ', Tone::faint);
     }

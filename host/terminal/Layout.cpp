@@ -21,11 +21,10 @@ namespace vel {
 namespace {
 
 /// As in the menu bar's item: above this share a gauge is red.
-constexpr double kBusy = 0.7;
+constexpr double kBusyShare = 0.7;
 
 constexpr int kLongPercentage = 7;   ///< "100.0 %"
 constexpr int kShortPercentage = 5;  ///< "100 %"
-constexpr int kGap = 2;              ///< between the columns of a line
 constexpr int kItemGap = 4;          ///< between the figures of a status line
 constexpr int kLeastBar = 4;
 constexpr int kLeastWidthWithMargin = 40;
@@ -116,7 +115,7 @@ class Layout {
 };
 
 bool isBusy(Readings::Share share) {
-  return share && static_cast<double>(*share) > kBusy;
+  return share && static_cast<double>(*share) > kBusyShare;
 }
 
 int Layout::take(int rows) {
@@ -364,7 +363,7 @@ void Layout::addGraph(int rows) {
 
 void Layout::appendCell(Line& line, int gauge) const {
   if (!line.empty()) {
-    line.push_back({std::wstring(ProcessorGrid::kGap, L' ')});
+    line.push_back({std::wstring(kGap, L' ')});
   }
   const float share = meanOf(gauge);
   const bool busy = isBusy(share);

@@ -24,6 +24,9 @@ struct Span {
 
 using Line = std::vector<Span>;
 
+/// Columns between two columns of figures or gauges.
+inline constexpr int kGap = 2;
+
 /// In columns.
 int widthOf(const Line& line);
 

@@ -12,7 +12,6 @@ constexpr int kNameWidth = 16;  ///< the kernel's names are no longer (man 5 pro
 constexpr int kLeastNameWidth = 8;
 constexpr int kPidWidth = 7;  ///< of the highest that there is, 4194304
 constexpr int kShareWidth = 7;
-constexpr int kGap = 2;
 
 const std::wstring& headingOf(ProcessList::Ranking ranking, const Labels& labels) {
   switch (ranking) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "host/terminal/Line.h"
 #include "host/terminal/Text.h"
 
 namespace vel {
@@ -27,7 +28,7 @@ ProcessorGrid folded(std::span<const std::int32_t> numbers, int fold) {
 }
 
 int mostColumns(const ProcessorGrid& grid, int width) {
-  return (width + ProcessorGrid::kGap) / (grid.labelWidth + kLeastCell + ProcessorGrid::kGap);
+  return (width + kGap) / (grid.labelWidth + kLeastCell + kGap);
 }
 
 }  // namespace

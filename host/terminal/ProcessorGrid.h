@@ -10,9 +10,6 @@ namespace vel {
 
 /// Cells of equal width, filled from top to bottom and then from left to right.
 struct ProcessorGrid {
-  /// Space between two cells.
-  static constexpr int kGap = 2;
-
   std::span<const std::int32_t> numbers;  ///< the processors', ascending; they outlive the grid
   int fold = 1;                           ///< neighbouring processors in one gauge, a power of two
   int gauges = 0;

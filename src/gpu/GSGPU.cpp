@@ -21,7 +21,7 @@ constexpr std::string_view k2010Discrete = "NVIDIA GeForce GT 330M";
 constexpr std::string_view kIntegratedPrefix = "Intel";
 
 /// The driver's answer is not the new one at once.
-constexpr double kSecondsToSettle = 0.5;
+constexpr double kSecondsToChange = 0.5;
 
 using Names = std::vector<std::string>;
 
@@ -131,7 +131,7 @@ const std::optional<std::string>& find(std::optional<std::string>& kept, bool in
 
 /// On the change queue.
 void tellDelegate() {
-  Platform::current().clock.sleep(kSecondsToSettle);
+  Platform::current().clock.sleep(kSecondsToChange);
   const std::int32_t gpu = GSMux::isUsingIntegratedGPU() ? 0 : 1;
   // The one that there is now, not the one that there was at the event.
   if (const auto delegate = registration().delegate) {

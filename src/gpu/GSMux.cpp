@@ -14,7 +14,7 @@ namespace {
 using namespace switching;
 
 /// The driver takes its time to leave dynamic switching.
-constexpr double kSecondsToSettle = 1.0;
+constexpr double kSecondsToLeaveDynamic = 1.0;
 
 /// 0 while there is none.
 std::atomic<SwitchingDriver::Connection> connection = 0;
@@ -51,7 +51,7 @@ void stayOn(bool integrated) {
     set(feature::leaveDynamic, 1);
     set(feature::switchPolicy, kOldStylePolicy);
   }
-  Platform::current().clock.sleep(kSecondsToSettle);
+  Platform::current().clock.sleep(kSecondsToLeaveDynamic);
   if (GSMux::isUsingIntegratedGPU() != integrated) {
     set(feature::switchNow, 0);
   }

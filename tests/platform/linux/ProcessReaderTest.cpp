@@ -55,11 +55,9 @@ Parents parentsOf(const std::vector<ProcessRecord>& records) {
   return parents;
 }
 
-constexpr const char* kStat = "proc/stat";
-
 TEST(CapturedProcesses, AProcessInAnotherUnitThanItsParentCountsAsLaunchedByTheFirst) {
   const MachineTree tree;
-  tree.write(kStat, "btime 1000\n");
+  tree.write("proc/stat", "btime 1000\n");
   const Captured processes[] = {
       {.pid = 1, .parent = 0, .unit = "init.scope"},
       {.pid = 2, .parent = 0, .flags = kKernelThread},
@@ -135,7 +133,7 @@ TEST(CapturedProcesses, AProcessIsToldFromTheNextOneOfItsPid) {
       {"7000", {.pid = 9, .parent = 1, .start = 5 * hertz - 1, .name = "y\n)"}, 7004, "y\n)"},
       {"7000", {9, 1, {}, 6 * hertz, "kworker/u16:3-events"}, 7006, "kworker/u16:3-ev"}};
   for (const auto& [btime, process, startSeconds, name] : steps) {
-    tree.write(kStat, "btime " + std::string(btime) + '\n');
+    tree.write("proc/stat", "btime " + std::string(btime) + '\n');
     write(tree, process);
     TickSample ignored;
     kernel.readTicks(ignored);

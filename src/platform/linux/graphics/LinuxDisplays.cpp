@@ -8,7 +8,7 @@
 namespace vel {
 namespace {
 
-constexpr std::string_view kServiceClass = "IOPCIDevice";
+constexpr std::string_view kPciServiceClass = "IOPCIDevice";
 
 }  // namespace
 
@@ -18,7 +18,7 @@ LinuxDisplays::LinuxDisplays(std::filesystem::path sys, std::filesystem::path na
 
 std::optional<std::vector<Displays::Device>> LinuxDisplays::matchingServices(
     std::string_view serviceClass) {
-  if (serviceClass != kServiceClass) {
+  if (serviceClass != kPciServiceClass) {
     return std::vector<Device>();
   }
   const auto found = listPciDevices(sys_);
