@@ -21,6 +21,7 @@ class ScriptedKernel : public Kernel {
     std::int64_t idle = 0;
     std::int64_t nice = 0;
     bool running = true;
+    std::int32_t core = ProcessorState::kNoCore;
   };
 
   std::optional<std::uint32_t> processorCount() override { return count; }
@@ -44,7 +45,7 @@ class ScriptedKernel : public Kernel {
   bool readProcessorStates(std::vector<ProcessorState>& states) override {
     states.clear();
     for (const auto& processor : processors) {
-      states.push_back({processor.running});
+      states.push_back({processor.running, processor.core});
     }
     return statesReadable;
   }
@@ -72,6 +73,10 @@ class ScriptedKernel : public Kernel {
       records.push_back(process.record);
     }
     return processesListable;
+  }
+  std::optional<std::string> processName(std::int32_t pid) override {
+    const std::optional<ProcessRecord> record = process(pid);
+    return record ? std::optional(std::string(record->name())) : std::nullopt;
   }
   std::optional<ProcessRecord> process(std::int32_t pid) override {
     if (!processes.contains(pid) || processes[pid].gone) {

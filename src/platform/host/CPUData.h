@@ -62,8 +62,10 @@ struct ProcessEntry {
   static constexpr std::string_view kAvgCpuTimeKey = "avg cpu time";
 
   std::string name;
-  std::string pid;         ///< decimal
-  std::string avgCpuTime;  ///< percent of one core, as it is shown
+  std::string pid;             ///< decimal
+  std::string avgCpuTime;      ///< percent of one core, as it is shown
+  float share = 0.0F;          ///< the same as a number: 1 is one core
+  std::int32_t processes = 0;  ///< in the row, the one that it is named after included
 };
 
 /// The shape of "cpuCoresInformation".

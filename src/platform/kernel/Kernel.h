@@ -31,7 +31,12 @@ struct TickSample {
 };
 
 struct ProcessorState {
+  static constexpr std::int32_t kNoCore = -1;
+
   bool running = false;
+  /// Of a running processor: those with the same number share a core. `kNoCore` where that is not
+  /// known of any.
+  std::int32_t core = kNoCore;
 };
 
 /// Tasks (processes) and threads of the whole system.
@@ -115,6 +120,11 @@ class Kernel {
 
   virtual std::optional<ProcessRecord> process(std::int32_t pid) = 0;
   virtual std::optional<TaskFigures> taskFigures(std::int32_t pid) = 0;
+
+  /// The name to show for a process in the latest list that counts as started by the first: its
+  /// command's, whole where it is known to be longer than a record can hold; any bytes but NUL.
+  /// Nothing when there is no such process.
+  virtual std::optional<std::string> processName(std::int32_t pid) = 0;
 
   virtual std::int32_t ownPid() = 0;
 

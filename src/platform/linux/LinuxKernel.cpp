@@ -167,6 +167,18 @@ std::optional<TaskFigures> LinuxKernel::taskFigures(std::int32_t pid) {
   return processReader_.figures(pid);
 }
 
+std::optional<std::string> LinuxKernel::processName(std::int32_t pid) {
+  const std::optional<ProcessRecord> record = process(pid);
+  return record ? std::optional(std::string(record->name())) : std::nullopt;
+}
+
+std::vector<ApplicationProcess> LinuxKernel::application(std::int32_t pid) {
+  if (const std::optional<ReadingTime> time = readingTime()) {
+    processReader_.read(*time);
+  }
+  return processReader_.application(pid);
+}
+
 std::int32_t LinuxKernel::ownPid() {
   return ::getpid();
 }

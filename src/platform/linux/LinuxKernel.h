@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/kernel/Kernel.h"
+#include "platform/linux/ApplicationProcess.h"
 #include "platform/linux/CpuList.h"
 #include "platform/linux/ProcessCount.h"
 #include "platform/linux/ProcessDirectory.h"
@@ -52,7 +53,12 @@ class LinuxKernel : public Kernel {
   /// `sharesPids`; elsewhere both are in clock ticks.
   std::optional<TaskFigures> taskFigures(std::int32_t pid) override;
   std::int32_t ownPid() override;
+  std::optional<std::string> processName(std::int32_t pid) override;
   std::optional<std::string> executablePath(std::int32_t pid) override;
+
+  /// Takes a new reading. The processes of the row with that pid, which comes first; nothing when
+  /// there is no such row.
+  std::vector<ApplicationProcess> application(std::int32_t pid);
 
   /// Whether the pids in `proc` are those of this process's own namespace, so that one may act on
   /// them.

@@ -2,6 +2,7 @@
 #include "platform/linux/ProcPidStat.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstddef>
 
 #include "platform/linux/Scan.h"
@@ -19,6 +20,18 @@ template <typename T>
 bool takeField(std::string_view& text, T& value) {
   return takeCharacter(text, ' ') && takeInteger(text, value) &&
          (text.starts_with(' ') || text.starts_with('\n'));
+}
+
+/// A sum below 0 cannot be, and is 0.
+bool takeChildrenTicks(std::string_view& text, std::uint64_t& ticks) {
+  std::int64_t user = 0;
+  std::int64_t system = 0;
+  if (!takeField(text, user) || !takeField(text, system)) {
+    return false;
+  }
+  ticks = static_cast<std::uint64_t>(std::max<std::int64_t>(user, 0)) +
+          static_cast<std::uint64_t>(std::max<std::int64_t>(system, 0));
+  return true;
 }
 
 bool skipFields(std::string_view& text, int count) {
@@ -58,15 +71,26 @@ bool takeState(std::string_view& text, char& state) {
   return true;
 }
 
+constexpr std::uint64_t bitOf(int signal) {
+  return std::uint64_t{1} << static_cast<unsigned>(signal - 1);
+}
+
 }  // namespace
+
+bool ProcPidStat::controlsJobs() const {
+  constexpr std::uint64_t kBoth = bitOf(SIGTSTP) | bitOf(SIGTTOU);
+  return terminal != 0 && (handledSignals & kBoth) == kBoth;
+}
 
 std::optional<ProcPidStat> parseProcPidStat(std::string_view text) {
   ProcPidStat stat;
   std::int64_t residentPages = 0;
   const bool whole =
       takePidAndName(text, stat) && takeState(text, stat.state) && takeField(text, stat.parent) &&
-      skipFields(text, 4) && takeField(text, stat.flags) && skipFields(text, 4) &&
-      takeField(text, stat.userTicks) && takeField(text, stat.systemTicks) && skipFields(text, 4) &&
+      takeField(text, stat.group) && takeField(text, stat.session) &&
+      takeField(text, stat.terminal) && skipFields(text, 1) && takeField(text, stat.flags) &&
+      skipFields(text, 4) && takeField(text, stat.userTicks) && takeField(text, stat.systemTicks) &&
+      takeChildrenTicks(text, stat.childrenTicks) && skipFields(text, 2) &&
       takeField(text, stat.threads) && skipFields(text, 1) && takeField(text, stat.startTicks) &&
       takeField(text, stat.virtualBytes) && takeField(text, residentPages);
   if (!whole || stat.parent < 0 || stat.threads < 0 || stat.threads > kMostThreads) {
@@ -74,6 +98,11 @@ std::optional<ProcPidStat> parseProcPidStat(std::string_view text) {
   }
   // The kernel counts per processor, and the sum may be below 0 for a moment.
   stat.residentPages = static_cast<std::uint64_t>(std::max<std::int64_t>(residentPages, 0));
+  std::uint64_t ignored = 0;
+  std::uint64_t caught = 0;
+  if (skipFields(text, 8) && takeField(text, ignored) && takeField(text, caught)) {
+    stat.handledSignals = ignored | caught;
+  }
   return stat;
 }
 

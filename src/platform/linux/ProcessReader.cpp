@@ -191,6 +191,29 @@ std::optional<TaskFigures> ProcessReader::figures(std::int32_t pid) {
   return readStat(process, {}, clockOf(pid)) ? std::optional(process.figures) : std::nullopt;
 }
 
+std::vector<ApplicationProcess> ProcessReader::application(std::int32_t pid) {
+  std::vector<ApplicationProcess> application;
+  const Process* const first = find(pid);
+  if (first == nullptr || first->record.parent > kFirstProcess) {
+    return application;
+  }
+  const auto add = [&application](const Process& process) {
+    application.push_back({.pid = process.record.pid,
+                           .startTicks = process.startTicks,
+                           .name = std::string(process.record.name()),
+                           .recentMicroseconds = process.recentMicroseconds,
+                           .controlsJobs = process.controlsJobs,
+                           .isKernelThread = process.unitState == Unit::never});
+  };
+  add(*first);
+  for (const Process& process : processes_) {
+    if (process.record.parent == pid && pid > kFirstProcess) {
+      add(process);
+    }
+  }
+  return application;
+}
+
 std::optional<ProcessRecord> ProcessReader::readRecord(std::int32_t pid, const ReadingTime& time) {
   Process process;
   process.record.pid = pid;
@@ -244,6 +267,7 @@ bool ProcessReader::readStat(Process& process, const ReadingTime& time,
   if (stat->isKernelThread() != (process.unitState == Unit::never)) {
     process.unitState = stat->isKernelThread() ? Unit::never : Unit::unread;
   }
+  process.controlsJobs = stat->controlsJobs();
   setFigures(process.figures, *stat, clock);
   return true;
 }

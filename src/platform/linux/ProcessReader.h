@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/kernel/Kernel.h"
+#include "platform/linux/ApplicationProcess.h"
 #include "platform/linux/DescriptorPool.h"
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/ProcPidStat.h"
@@ -62,6 +63,10 @@ class ProcessReader {
   /// Likewise.
   std::optional<TaskFigures> figures(std::int32_t pid);
 
+  /// Of the last reading: the process that counts as started by the first, and after it those whose
+  /// parent it is said to be, in ascending order of pid. Empty when there is no such process.
+  [[nodiscard]] std::vector<ApplicationProcess> application(std::int32_t pid);
+
  private:
   enum class Unit : std::uint8_t { unread, read, never };
 
@@ -72,6 +77,8 @@ class ProcessReader {
     std::uint64_t unit = 0;        ///< a hash of the unit's path, 0 for none
     std::int32_t parent = 0;       ///< the kernel's, whatever the record says
     DescriptorPool::Slot slot = DescriptorPool::kNoSlot;
+    std::uint32_t recentMicroseconds = 0;  ///< of CPU time, gained with the last reading
+    bool controlsJobs = false;
     std::uint8_t quietReadings = 0;  ///< since it last ran, as far as that is counted
     Unit unitState = Unit::unread;
     bool hasEnded = false;  ///< and waits for its parent
