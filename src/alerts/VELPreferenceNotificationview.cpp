@@ -30,9 +30,13 @@ std::int64_t tagOf(const PopUpButton& popUp) {
   return popUp.selectedTag().value_or(0);
 }
 
-/// By the file that the process runs; empty where that cannot be known.
+/// As the rankings call it; by the file that it runs where it is in no list.
 std::string processNameForPid(std::int32_t pid) {
-  const std::string path = Platform::current().kernel.executablePath(pid).value_or("");
+  Kernel& kernel = Platform::current().kernel;
+  if (std::optional<std::string> name = kernel.processName(pid)) {
+    return std::move(*name);
+  }
+  const std::string path = kernel.executablePath(pid).value_or("");
   return path.substr(path.rfind('/') + 1);  // The whole without a "/", as npos + 1 is 0.
 }
 

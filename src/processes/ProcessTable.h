@@ -27,8 +27,10 @@ class ProcessTable {
     // Of the process and its direct children together. Grandchildren are not included.
     float residentSize = 0.0F;  ///< bytes
     float virtualSize = 0.0F;   ///< bytes
-    float totalCPUTime = 0.0F;  ///< seconds since start
+    double totalCPUTime =
+        0.0;  ///< seconds since start; after months a float loses the last refresh
     std::int32_t threads = 0;
+    std::int32_t processes = 0;
 
     /// CPU seconds per second since the reading before: 1 is one core fully busy. Nothing if that
     /// reading did not have the process.

@@ -21,8 +21,9 @@ void addFigures(Entry& entry, std::int32_t pid, Kernel& kernel) {
     entry.residentSize += static_cast<float>(figures->residentBytes);
     entry.virtualSize += static_cast<float>(figures->virtualBytes);
     entry.threads += figures->threads;
-    entry.totalCPUTime += static_cast<float>(static_cast<double>(figures->userNanoseconds) / 1e9 +
-                                             static_cast<double>(figures->systemNanoseconds) / 1e9);
+    entry.processes += 1;
+    entry.totalCPUTime += static_cast<double>(figures->userNanoseconds) / 1e9 +
+                          static_cast<double>(figures->systemNanoseconds) / 1e9;
   }
 }
 
@@ -34,7 +35,11 @@ void account(ProcessTable& table, Kernel& kernel) {
 }
 
 std::string nameText(const Entry& entry) {
-  return std::string(entry.isTopLevel() ? entry.name() : "-");
+  if (!entry.isTopLevel()) {
+    return "-";
+  }
+  std::optional<std::string> name = Platform::current().kernel.processName(entry.pid);
+  return name ? std::move(*name) : std::string(entry.name());
 }
 
 float currentShare(const Entry& entry) {
@@ -42,7 +47,7 @@ float currentShare(const Entry& entry) {
 }
 
 float averageShare(const Entry& entry) {
-  return entry.totalCPUTime / static_cast<float>(entry.runningTime);
+  return static_cast<float>(entry.totalCPUTime / entry.runningTime);
 }
 
 /// The heaviest by `share` of the processes that have run for more than `seconds`, which no entry
@@ -59,10 +64,12 @@ std::vector<ProcessEntry> rankByShare(const ProcessTable& table, float (*share)(
   std::vector<ProcessEntry> rows;
   rows.reserve(top.entries().size());
   for (const Entry* const entry : top.entries()) {
-    const float percent = share(*entry) * 100.0F;
+    const float fraction = share(*entry);
     rows.push_back({.name = nameText(*entry),
                     .pid = std::to_string(entry->pid),
-                    .avgCpuTime = locale.number(percent, 1).append(unit)});
+                    .avgCpuTime = locale.number(fraction * 100.0F, 1).append(unit),
+                    .share = fraction,
+                    .processes = entry->processes});
   }
   return rows;
 }
@@ -74,20 +81,25 @@ VELCPUProcessesInfo::~VELCPUProcessesInfo() = default;
 // --- Reading ---
 
 void VELCPUProcessesInfo::getAllProcessInfos() {
-  rememberUsage();
+  remember(previousUsage_);
   ProcessesInformation(allProcInfos_);
   account(allProcInfos_, Platform::current().kernel);
   caculateDelta(allProcInfos_);
 }
 
-void VELCPUProcessesInfo::rememberUsage() {
-  previousUsage_.clear(allProcInfos_.entries().size());
+void VELCPUProcessesInfo::remember(UsageTable& usage) const {
+  usage.clear(allProcInfos_.entries().size());
   for (const Entry& entry : allProcInfos_.entries()) {
     if (entry.isTopLevel()) {
-      previousUsage_.findOrAdd(entry.pid, {.runningTime = static_cast<float>(entry.runningTime),
-                                           .totalCPUTime = entry.totalCPUTime});
+      usage.findOrAdd(entry.pid,
+                      {.runningTime = entry.runningTime, .totalCPUTime = entry.totalCPUTime});
     }
   }
+}
+
+float VELCPUProcessesInfo::shareSince(const Usage& before, const Entry& entry) {
+  return static_cast<float>((entry.totalCPUTime - before.totalCPUTime) /
+                            (entry.runningTime - before.runningTime));
 }
 
 bool VELCPUProcessesInfo::ProcessesInformation(ProcessTable& table) {
@@ -115,12 +127,9 @@ bool VELCPUProcessesInfo::ProcessesInformation(ProcessTable& table) {
 
 void VELCPUProcessesInfo::caculateDelta(ProcessTable& newSnapshot) const {
   for (Entry& entry : newSnapshot.entries()) {
-    if (const Usage* const previous = previousUsage_.find(entry.pid)) {
-      const float elapsed = static_cast<float>(entry.runningTime) - previous->runningTime;
-      const float used = entry.totalCPUTime - previous->totalCPUTime;
-      if (elapsed != 0.0F) {
-        entry.CPUDynamic = used / elapsed;
-      }
+    const Usage* const before = previousUsage_.find(entry.pid);
+    if (before != nullptr && before->runningTime != entry.runningTime) {
+      entry.CPUDynamic = shareSince(*before, entry);
     }
   }
 }
@@ -144,10 +153,14 @@ std::optional<std::vector<std::string>> VELCPUProcessesInfo::getCPUProccessesFor
   // In double precision: single would round a bound such as 0.3 up to a share that is above it.
   const double bound = static_cast<double>(notificationThreshold_) / 100.0;
   for (const Entry& entry : allProcInfos_.entries()) {
-    if (static_cast<double>(currentShare(entry)) > bound) {
+    const Usage* const before = checkedUsage_.find(entry.pid);
+    // A process that has run for less is another one of that pid.
+    const bool isComparable = before != nullptr && before->runningTime < entry.runningTime;
+    if (isComparable && static_cast<double>(shareSince(*before, entry)) > bound) {
       pids.push_back(std::to_string(entry.pid));
     }
   }
+  remember(checkedUsage_);
   return pids;
 }
 

@@ -42,8 +42,9 @@ class VELCPUProcessesInfo {
   /// each started, heaviest first. The share is written in percent, but without the sign: "12.0".
   virtual std::optional<std::vector<ProcessEntry>> getTop5CPUProccessesAvgSinceProcessStart();
 
-  /// The pids, in decimal and no particular order, of the processes above `notificationThreshold`;
-  /// empty when that is 0.
+  /// The pids, in decimal and no particular order, of the processes whose share since the previous
+  /// call of this is above `notificationThreshold`; empty when that is 0. One that was not there
+  /// then, or is another by now, is not among them.
   virtual std::optional<std::vector<std::string>> getCPUProccessesForNotification();
 
   /// At most five processes by their resident memory, heaviest first. Among them may be one that is
@@ -61,8 +62,8 @@ class VELCPUProcessesInfo {
   bool ProcessesInformation(ProcessTable& table);
 
   /// Adds the shares to the entries that the reading before had too. Nothing is clamped: a share is
-  /// negative when a child has ended with the CPU time that counted towards its parent's entry, and
-  /// any number when the pid has gone to another process.
+  /// negative when the kernel's figures step back, and any number when the pid has gone to another
+  /// process.
   void caculateDelta(ProcessTable& newSnapshot) const;
 
   [[nodiscard]] const ProcessTable& allProcInfos() const { return allProcInfos_; }
@@ -76,17 +77,20 @@ class VELCPUProcessesInfo {
   [[nodiscard]] std::int32_t ParentPID() const;
 
  private:
-  /// Of a top-level process, what the next reading is compared with.
+  /// Of a top-level process, what a later reading is compared with.
   struct Usage {
-    float runningTime = 0.0F;
-    float totalCPUTime = 0.0F;
+    double runningTime = 0.0;
+    double totalCPUTime = 0.0;
   };
+  using UsageTable = PidMap<Usage>;
 
-  void rememberUsage();
+  void remember(UsageTable& usage) const;
+  static float shareSince(const Usage& before, const ProcessTable::Entry& entry);
 
   float notificationThreshold_ = 0.0F;
   ProcessTable allProcInfos_;
-  PidMap<Usage> previousUsage_;
+  UsageTable previousUsage_;
+  UsageTable checkedUsage_;             ///< as the latest alert list has found it
   std::vector<ProcessRecord> records_;  ///< kept for its storage only
 };
 

@@ -60,4 +60,10 @@ std::string_view unitPath(std::string_view text) {
   return {};
 }
 
+/// Named so by the login manager (man 5 org.freedesktop.login1, "Unit").
+bool isSessionUnit(std::string_view path) {
+  path.remove_prefix(path.rfind('/') + 1);  // The whole without a "/", as npos + 1 is 0.
+  return path.starts_with("session-") && path.ends_with(".scope");
+}
+
 }  // namespace vel

@@ -13,4 +13,8 @@ namespace vel {
 /// ("1:name=systemd:/path"); some have both and units in only one of them.
 std::string_view unitPath(std::string_view text);
 
+/// Whether the unit of that path is a login session, where every program is that was started in it
+/// without a unit of its own.
+bool isSessionUnit(std::string_view path);
+
 }  // namespace vel

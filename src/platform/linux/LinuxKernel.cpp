@@ -168,8 +168,7 @@ std::optional<TaskFigures> LinuxKernel::taskFigures(std::int32_t pid) {
 }
 
 std::optional<std::string> LinuxKernel::processName(std::int32_t pid) {
-  const std::optional<ProcessRecord> record = process(pid);
-  return record ? std::optional(std::string(record->name())) : std::nullopt;
+  return processReader_.applicationName(pid);
 }
 
 std::vector<ApplicationProcess> LinuxKernel::application(std::int32_t pid) {

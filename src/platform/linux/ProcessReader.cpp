@@ -10,6 +10,7 @@
 
 #include "platform/linux/ControlGroup.h"
 #include "platform/linux/CpuClock.h"
+#include "platform/linux/ProgramName.h"
 
 namespace vel {
 
@@ -24,6 +25,12 @@ bool isIn(const std::vector<std::int32_t>& sorted, std::int32_t pid) {
   return std::binary_search(sorted.begin(), sorted.end(), pid);
 }
 
+/// Whether it now is what it was not; then it is.
+template <typename T>
+bool becomes(T& value, T now) {
+  return std::exchange(value, now) != now;
+}
+
 }  // namespace
 
 ProcessReader::ProcessReader(ProcessDirectory& directory)
@@ -31,7 +38,8 @@ ProcessReader::ProcessReader(ProcessDirectory& directory)
       // Captured files may have been put in the place of others.
       pool_(directory.onProcfs() ? DescriptorPool::fairSize() : 0),
       ticksPerSecond_(static_cast<std::uint64_t>(::sysconf(_SC_CLK_TCK))),
-      pageSize_(static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE))) {}
+      pageSize_(static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE))),
+      processors_(static_cast<std::uint64_t>(std::max(::sysconf(_SC_NPROCESSORS_CONF), 1L))) {}
 
 bool ProcessReader::read(const ReadingTime& time) {
   if (!directory_.list(listed_)) {
@@ -39,11 +47,16 @@ bool ProcessReader::read(const ReadingTime& time) {
   }
   ++reading_;
   ended_.clear();
+  endedLeaders_.clear();
   followClock(time);
   updateKnown(time);
   addNew(time);
   readOrphans(time);
-  reportParents(time);
+  settle(time);
+  readUnits(time);
+  std::sort(endedLeaders_.begin(), endedLeaders_.end());
+  applications_.place(reading_, endedLeaders_);
+  ticksBefore_ = time.ticksSinceBoot;
   return true;
 }
 
@@ -57,7 +70,7 @@ void ProcessReader::followClock(const ReadingTime& time) {
   if (step + 1 <= 2) {
     return;
   }
-  for (Process& process : processes_) {
+  for (KnownProcess& process : processes_.all) {
     std::int64_t& start = process.record.startSeconds;
     start = static_cast<std::int64_t>(static_cast<std::uint64_t>(start) + step);
   }
@@ -67,14 +80,15 @@ void ProcessReader::followClock(const ReadingTime& time) {
 /// Both are in ascending order. Those that are still there close up, and what is not yet known is
 /// left in `listed_`.
 void ProcessReader::updateKnown(const ReadingTime& time) {
-  auto known = processes_.begin();
+  auto known = processes_.all.begin();
+  const auto end = processes_.all.end();
   auto kept = known;
   auto unknown = listed_.begin();
   for (const std::int32_t pid : listed_) {
-    for (; known != processes_.end() && known->record.pid < pid; ++known) {
+    for (; known != end && known->record.pid < pid; ++known) {
       retire(*known);
     }
-    if (known == processes_.end() || known->record.pid != pid) {
+    if (known == end || known->record.pid != pid) {
       *unknown++ = pid;
       continue;
     }
@@ -85,16 +99,20 @@ void ProcessReader::updateKnown(const ReadingTime& time) {
     }
     ++known;
   }
-  std::for_each(known, processes_.end(), [this](const Process& each) { retire(each); });
-  processes_.erase(kept, processes_.end());
+  std::for_each(known, end, [this](const KnownProcess& each) { retire(each); });
+  processes_.all.erase(kept, end);
   listed_.erase(unknown, listed_.end());
 }
 
-bool ProcessReader::update(Process& process, const ReadingTime& time) {
+bool ProcessReader::update(KnownProcess& process, const ReadingTime& time) {
   // Before the stat file: what the process does in between then shows in the next reading.
   const std::optional<std::uint64_t> clock = clockOf(process.record.pid);
   const bool due =
       static_cast<std::uint32_t>(process.record.pid) % kRotation == reading_ % kRotation;
+  process.recentMicroseconds /= 2;
+  if (process.unitState == Unit::unread && isOldEnoughForUnit(process, time)) {
+    process.isPlaced = false;
+  }
   if (!clock || *clock != process.cpuTime()) {
     if (process.slot == DescriptorPool::kNoSlot && process.quietReadings < kQuietReadings) {
       process.slot = pool_.take();
@@ -104,10 +122,11 @@ bool ProcessReader::update(Process& process, const ReadingTime& time) {
     if (process.quietReadings < kQuietReadings && ++process.quietReadings == kQuietReadings) {
       pool_.release(std::exchange(process.slot, DescriptorPool::kNoSlot));
     }
-    if (!due) {
+    if (!due && !process.mustBeRead) {
       return true;
     }
   }
+  process.mustBeRead = false;
   if (!readStat(process, time, clock)) {
     return false;
   }
@@ -117,34 +136,38 @@ bool ProcessReader::update(Process& process, const ReadingTime& time) {
   return true;
 }
 
-void ProcessReader::retire(const Process& process) {
+void ProcessReader::retire(const KnownProcess& process) {
   pool_.release(process.slot);
   ended_.push_back(process.record.pid);
+  endedTime_.hasEnded(process, reading_);
+  if (process.leads()) {
+    endedLeaders_.push_back(process.record.pid);
+  }
 }
 
 void ProcessReader::addNew(const ReadingTime& time) {
-  const std::size_t size = processes_.size() + listed_.size();
-  if (processes_.capacity() < size) {
-    processes_.reserve(size + size / 8);
+  std::vector<KnownProcess>& all = processes_.all;
+  const std::size_t size = all.size() + listed_.size();
+  if (all.capacity() < size) {
+    all.reserve(size + size / 8);
   }
   for (const std::int32_t pid : listed_) {
-    Process process;
+    KnownProcess process;
     process.record.pid = pid;
     process.quietReadings = kQuietReadings;
     if (readStat(process, time, clockOf(pid))) {
-      processes_.push_back(process);
+      all.push_back(process);
     } else {
       ended_.push_back(pid);
     }
   }
-  const auto byPid = [](const Process& a, const Process& b) { return a.record.pid < b.record.pid; };
-  if (!std::is_sorted(processes_.begin(), processes_.end(), byPid)) {
-    std::sort(processes_.begin(), processes_.end(), byPid);  // the kernel numbers from 1 again
+  const auto byPid = [](const KnownProcess& a, const KnownProcess& b) {
+    return a.record.pid < b.record.pid;
+  };
+  if (!std::is_sorted(all.begin(), all.end(), byPid)) {
+    std::sort(all.begin(), all.end(), byPid);  // the kernel numbers from 1 again
   }
-  pids_.clear();
-  for (const Process& process : processes_) {
-    pids_.push_back(process.record.pid);
-  }
+  processes_.index();
 }
 
 /// The children of a process that has ended have been given another parent without having run.
@@ -154,7 +177,7 @@ void ProcessReader::readOrphans(const ReadingTime& time) {
     std::swap(ended_, endedBefore_);
     ended_.clear();
     std::sort(endedBefore_.begin(), endedBefore_.end());
-    for (Process& process : processes_) {
+    for (KnownProcess& process : processes_.all) {
       if (isIn(endedBefore_, process.parent)) {
         readStat(process, time, clockOf(process.record.pid));
       }
@@ -162,134 +185,212 @@ void ProcessReader::readOrphans(const ReadingTime& time) {
   }
 }
 
-void ProcessReader::reportParents(const ReadingTime& time) {
-  for (Process& process : processes_) {
-    process.record.parent = process.parent;
-    if (mayHaveUnit(process, time)) {
-      Process* const parent = find(process.parent);
-      if (parent != nullptr && isBoundary(process, *parent)) {
-        process.record.parent = kFirstProcess;
-      }
+void ProcessReader::settle(const ReadingTime& time) {
+  if (endedTime_.hasGrowth()) {
+    leaveEarlyGrowth();
+  }
+  // Where the time stands still, as over captured files, there is no telling.
+  const std::uint64_t ticks = time.ticksSinceBoot - ticksBefore_.value_or(time.ticksSinceBoot);
+  const std::uint64_t nanosecondsPerTick = 1'000'000'000U / ticksPerSecond_;
+  endedTime_.settle(ticks == 0 ? std::numeric_limits<std::int64_t>::max()
+                               : (ticks + 1) * nanosecondsPerTick * processors_);
+}
+
+/// A child with a lower pid than its parent is read before it, and may have ended in between: then
+/// the parent has it already, and we do not yet know that it is gone. Parent and child are compared
+/// by the next reading.
+void ProcessReader::leaveEarlyGrowth() {
+  for (const KnownProcess& process : processes_.all) {
+    if (process.parent <= process.record.pid) {
+      continue;
+    }
+    const std::uint64_t growth = endedTime_.growthOf(process.parent);
+    KnownProcess* const parent = growth == 0 ? nullptr : processes_.find(process.parent);
+    if (parent == nullptr || !directory_.sharesPids() || clockOf(process.record.pid)) {
+      continue;
+    }
+    endedTime_.takeBack(process.parent);
+    parent->endedChildren -= growth;
+    parent->mustBeRead = true;
+  }
+}
+
+void ProcessReader::readUnits(const ReadingTime& time) {
+  for (KnownProcess& process : processes_.all) {
+    if (process.isPlaced || !isOldEnoughForUnit(process, time)) {
+      continue;
+    }
+    if (KnownProcess* const parent = processes_.find(process.parent)) {
+      ensureUnit(process, time);
+      ensureUnit(*parent, time);
     }
   }
 }
 
 void ProcessReader::copyTo(std::vector<ProcessRecord>& records) const {
   records.clear();
-  records.reserve(processes_.size());
-  for (const Process& process : processes_) {
+  records.reserve(processes_.all.size());
+  for (const KnownProcess& process : processes_.all) {
     records.push_back(process.record);
   }
 }
 
+/// How much of ended children's time was the user's is not kept apart.
 std::optional<TaskFigures> ProcessReader::figures(std::int32_t pid) {
-  if (const Process* const process = find(pid)) {
-    return process->figures;
+  if (const KnownProcess* const process = processes_.find(pid)) {
+    TaskFigures figures = process->own;
+    const std::uint64_t total = process->contribution();
+    figures.userNanoseconds = std::min(figures.userNanoseconds, total);
+    figures.systemNanoseconds = total - figures.userNanoseconds;
+    return figures;
   }
-  Process process;
+  KnownProcess process;
   process.record.pid = pid;
-  return readStat(process, {}, clockOf(pid)) ? std::optional(process.figures) : std::nullopt;
+  return readStat(process, {}, clockOf(pid)) ? std::optional(process.own) : std::nullopt;
 }
 
 std::vector<ApplicationProcess> ProcessReader::application(std::int32_t pid) {
   std::vector<ApplicationProcess> application;
-  const Process* const first = find(pid);
-  if (first == nullptr || first->record.parent > kFirstProcess) {
+  const KnownProcess* const first = processes_.find(pid);
+  if (first == nullptr || !first->leads()) {
     return application;
   }
-  const auto add = [&application](const Process& process) {
+  const auto add = [&application](const KnownProcess& process) {
     application.push_back({.pid = process.record.pid,
                            .startTicks = process.startTicks,
                            .name = std::string(process.record.name()),
                            .recentMicroseconds = process.recentMicroseconds,
                            .controlsJobs = process.controlsJobs,
-                           .isKernelThread = process.unitState == Unit::never});
+                           .isKernelThread = process.isKernelThread()});
   };
   add(*first);
-  for (const Process& process : processes_) {
-    if (process.record.parent == pid && pid > kFirstProcess) {
+  for (const KnownProcess& process : processes_.all) {
+    if (process.leader == pid && !process.leads()) {
       add(process);
     }
   }
   return application;
 }
 
+std::optional<std::string> ProcessReader::applicationName(std::int32_t pid) {
+  const KnownProcess* const leader = processes_.find(pid);
+  if (leader == nullptr) {
+    return std::nullopt;
+  }
+  const KnownProcess& process = namesake(*leader);
+  const std::string_view command = process.record.name();
+  if (!needsCommandLine(command, process.controlsJobs)) {
+    return std::string(command);
+  }
+  FileDescriptor file;
+  const std::optional<std::string_view> arguments = readText(file, process.record.pid, "cmdline");
+  return programName(command, arguments.value_or(std::string_view()), process.controlsJobs);
+}
+
+/// What runs in a wrapper: of the others in the application, wrappers apart, the one that was
+/// started first.
+const KnownProcess& ProcessReader::namesake(const KnownProcess& leader) const {
+  if (!isWrapper(leader.record.name())) {
+    return leader;
+  }
+  const KnownProcess* first = &leader;
+  for (const KnownProcess& process : processes_.all) {
+    const bool counts = process.leader == leader.record.pid && !isWrapper(process.record.name());
+    if (counts && (first == &leader || process.startTicks < first->startTicks)) {
+      first = &process;
+    }
+  }
+  return *first;
+}
+
 std::optional<ProcessRecord> ProcessReader::readRecord(std::int32_t pid, const ReadingTime& time) {
-  Process process;
+  KnownProcess process;
   process.record.pid = pid;
   if (!readStat(process, time, clockOf(pid))) {
     return std::nullopt;
   }
   process.record.parent = process.parent;
-  if (mayHaveUnit(process, time)) {
-    Process unlisted;
-    unlisted.record.pid = process.parent;
-    Process* const parent = find(process.parent);
-    if (isBoundary(process, parent != nullptr ? *parent : unlisted)) {
-      process.record.parent = kFirstProcess;
-    }
-  }
   return process.record;
-}
-
-ProcessReader::Process* ProcessReader::find(std::int32_t pid) {
-  const auto found = std::lower_bound(pids_.begin(), pids_.end(), pid);
-  return found != pids_.end() && *found == pid
-             ? &processes_[static_cast<std::size_t>(found - pids_.begin())]
-             : nullptr;
 }
 
 std::optional<std::uint64_t> ProcessReader::clockOf(std::int32_t pid) const {
   return directory_.sharesPids() ? cpuClock(pid) : std::nullopt;
 }
 
-bool ProcessReader::readStat(Process& process, const ReadingTime& time,
+/// False for a process that has ended, also if the pid is another's now.
+bool ProcessReader::readStat(KnownProcess& process, const ReadingTime& time,
                              const std::optional<std::uint64_t>& clock) {
   const std::optional<std::string_view> text = readText(process);
   const std::optional<ProcPidStat> stat = text ? parseProcPidStat(*text) : std::nullopt;
   if (!stat || stat->pid != process.record.pid) {
     return false;
   }
-  ProcessRecord& record = process.record;
-  const bool isAnother = record.status != 0 && process.startTicks != stat->startTicks;
-  if (isAnother || (stat->hasEnded() && !process.hasEnded)) {
-    ended_.push_back(record.pid);
+  const bool isNew = process.record.status == 0;
+  if (!isNew && process.startTicks != stat->startTicks) {
+    return false;
+  }
+  if (stat->hasEnded() && !process.hasEnded) {
+    ended_.push_back(process.record.pid);
   }
   process.hasEnded = stat->hasEnded();
-  if (isAnother || record.status == 0) {
+  if (isNew) {
     begin(process, *stat, time);
   }
-  record.status = static_cast<std::int8_t>(stat->state);
-  record.command.fill('\0');
-  std::copy_n(stat->name.begin(), std::min(stat->name.size(), record.command.size()),
-              record.command.begin());
-  process.parent = stat->parent;
-  if (stat->isKernelThread() != (process.unitState == Unit::never)) {
-    process.unitState = stat->isKernelThread() ? Unit::never : Unit::unread;
-  }
-  process.controlsJobs = stat->controlsJobs();
-  setFigures(process.figures, *stat, clock);
+  process.record.status = static_cast<std::int8_t>(stat->state);
+  setLineage(process, *stat);
+  setEndedChildren(process, *stat);
+  setFigures(process, *stat, clock);
   return true;
 }
 
-void ProcessReader::begin(Process& process, const ProcPidStat& stat,
+void ProcessReader::begin(KnownProcess& process, const ProcPidStat& stat,
                           const ReadingTime& time) const {
   process.startTicks = stat.startTicks;
   process.record.startSeconds = static_cast<std::int64_t>(
       static_cast<std::uint64_t>(time.bootSeconds) + stat.startTicks / ticksPerSecond_);
-  process.figures = {};
-  process.unitState = Unit::unread;
-  process.unit = 0;
+  process.firstReading = reading_;
+  process.isNewborn = ticksBefore_ && stat.startTicks >= *ticksBefore_;
+  process.endedChildren = stat.childrenTicks * (1'000'000'000U / ticksPerSecond_);
+  process.credit = static_cast<std::int64_t>(process.endedChildren);
+}
+
+/// All that the rules go by; of a process that has changed none of it nothing else is asked.
+void ProcessReader::setLineage(KnownProcess& process, const ProcPidStat& stat) const {
+  decltype(process.record.command) command{};
+  std::copy_n(stat.name.begin(), std::min(stat.name.size(), command.size()), command.begin());
+  bool changed = becomes(process.record.command, command);
+  changed |= becomes(process.parent, stat.parent);
+  changed |= becomes(process.group, stat.group);
+  changed |= becomes(process.session, stat.session);
+  changed |= becomes(process.terminal, stat.terminal);
+  changed |= becomes(process.controlsJobs, stat.controlsJobs());
+  if (stat.isKernelThread() != process.isKernelThread()) {
+    process.unitState = stat.isKernelThread() ? Unit::never : Unit::unread;
+    changed = true;
+  }
+  if (changed) {
+    process.isPlaced = false;
+  }
+}
+
+void ProcessReader::setEndedChildren(KnownProcess& process, const ProcPidStat& stat) {
+  const std::uint64_t now = stat.childrenTicks * (1'000'000'000U / ticksPerSecond_);
+  const std::uint64_t before = std::exchange(process.endedChildren, now);
+  if (now > before) {
+    endedTime_.hasGrown(process.record.pid, now - before);
+  }
 }
 
 /// The file has the time in clock ticks. Its sum never goes down as long as the process lives, even
 /// if the clock fails.
-void ProcessReader::setFigures(TaskFigures& figures, const ProcPidStat& stat,
+void ProcessReader::setFigures(KnownProcess& process, const ProcPidStat& stat,
                                const std::optional<std::uint64_t>& clock) const {
   const std::uint64_t nanosecondsPerTick = 1'000'000'000U / ticksPerSecond_;
-  const std::uint64_t before = figures.userNanoseconds + figures.systemNanoseconds;
+  const std::uint64_t before = process.cpuTime();
   const std::uint64_t total =
       std::max(before, clock ? *clock : (stat.userTicks + stat.systemTicks) * nanosecondsPerTick);
+  process.addRecent(total - before);
+  TaskFigures& figures = process.own;
   figures.userNanoseconds = std::min(stat.userTicks * nanosecondsPerTick, total);
   figures.systemNanoseconds = total - figures.userNanoseconds;
   figures.virtualBytes = stat.virtualBytes;
@@ -297,32 +398,31 @@ void ProcessReader::setFigures(TaskFigures& figures, const ProcPidStat& stat,
   figures.threads = stat.threads;
 }
 
-bool ProcessReader::mayHaveUnit(const Process& process, const ReadingTime& time) const {
-  return process.parent > kFirstProcess && process.unitState != Unit::never &&
+bool ProcessReader::isOldEnoughForUnit(const KnownProcess& process, const ReadingTime& time) const {
+  return process.parent >= kFirstProcess &&
          process.startTicks + ticksPerSecond_ <= time.ticksSinceBoot;
 }
 
-bool ProcessReader::isBoundary(Process& process, Process& parent) {
-  ensureUnit(process);
-  ensureUnit(parent);
-  return process.unit != 0 && parent.unit != 0 && process.unit != parent.unit;
-}
-
-void ProcessReader::ensureUnit(Process& process) {
-  if (process.unitState == Unit::unread) {
+void ProcessReader::ensureUnit(KnownProcess& process, const ReadingTime& time) {
+  if (process.unitState == Unit::unread &&
+      (process.record.pid == kFirstProcess || isOldEnoughForUnit(process, time))) {
     readUnit(process);
   }
 }
 
-void ProcessReader::readUnit(Process& process) {
+void ProcessReader::readUnit(KnownProcess& process) {
   FileDescriptor file;
   const std::optional<std::string_view> text = readText(file, process.record.pid, "cgroup");
   const std::string_view path = text ? unitPath(*text) : std::string_view();
-  process.unit = path.empty() ? 0 : std::hash<std::string_view>()(path);
+  process.isSessionUnit = isSessionUnit(path);
   process.unitState = Unit::read;
+  if (becomes(process.unit,
+              path.empty() ? std::uint64_t{0} : std::hash<std::string_view>()(path))) {
+    process.isPlaced = false;
+  }
 }
 
-std::optional<std::string_view> ProcessReader::readText(Process& process) {
+std::optional<std::string_view> ProcessReader::readText(KnownProcess& process) {
   FileDescriptor* const kept = pool_.file(process.slot);
   if (kept != nullptr && kept->isOpen()) {
     if (const std::optional<std::string_view> text = directory_.read(*kept)) {

@@ -4,13 +4,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/kernel/Kernel.h"
 #include "platform/linux/ApplicationProcess.h"
+#include "platform/linux/Applications.h"
 #include "platform/linux/DescriptorPool.h"
+#include "platform/linux/EndedTime.h"
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/KnownProcess.h"
 #include "platform/linux/ProcPidStat.h"
 #include "platform/linux/ProcessDirectory.h"
 
@@ -28,14 +32,17 @@ struct ReadingTime {
 /// (reclaimed memory, the control group) is found because each process is read in one of
 /// `kRotation` readings in any case. Where there are no clocks, every process is read each time.
 ///
-/// A process whose parent is in another unit of the service manager counts as started by the first
-/// process. Units are read only where there are two to compare, and not before a process is a
-/// second old: many are gone by then, and one that is put into a unit of its own is so just after
-/// its start.
+/// What is reported as a process's parent is the first process of its application (`Applications`),
+/// and as its CPU time what it contributes to that application's row (`EndedTime`). The sum over a
+/// row never goes down as long as its first process lives.
+///
+/// Units are not read before a process is a second old: many are gone by then, and one that is put
+/// into a unit of its own is so just after its start.
 ///
 /// A process that ends between two of the steps is missing, at the latest from the next reading,
-/// and no more than that. All storage is kept: nothing is allocated while no more processes are
-/// there, and no more have ended since the last reading, than ever before.
+/// and no more than that. One whose pid was another's in the reading before is missing from one
+/// reading, so that nobody takes it for that one. All storage is kept: nothing is allocated while
+/// no more processes are there, and no more have ended since the last reading, than ever before.
 class ProcessReader {
  public:
   static constexpr std::uint32_t kRotation = 64;
@@ -49,69 +56,57 @@ class ProcessReader {
   /// Overwrites `records` with those of the last reading, in ascending order of pid.
   void copyTo(std::vector<ProcessRecord>& records) const;
 
-  /// Of a process in the last reading what held then, of any other what holds now; nothing when it
-  /// cannot be read. `now` is called if the time matters.
+  /// Of a process in the last reading what held then, of any other what holds now, its parent being
+  /// the kernel's; nothing when it cannot be read. `now` is called if the time matters.
   template <typename Now>
   std::optional<ProcessRecord> record(std::int32_t pid, Now now) {
-    if (const Process* const process = find(pid)) {
+    if (const KnownProcess* const process = processes_.find(pid)) {
       return process->record;
     }
     const std::optional<ReadingTime> time = now();
     return time ? readRecord(pid, *time) : std::nullopt;
   }
 
-  /// Likewise.
+  /// Likewise. User and system add up to the process's contribution.
   std::optional<TaskFigures> figures(std::int32_t pid);
 
-  /// Of the last reading: the process that counts as started by the first, and after it those whose
-  /// parent it is said to be, in ascending order of pid. Empty when there is no such process.
+  /// Of the last reading: the first process of an application, and after it the others in ascending
+  /// order of pid. Empty when there is no such application.
   [[nodiscard]] std::vector<ApplicationProcess> application(std::int32_t pid);
 
+  /// What to call the application of that first process, see `programName`.
+  [[nodiscard]] std::optional<std::string> applicationName(std::int32_t pid);
+
  private:
-  enum class Unit : std::uint8_t { unread, read, never };
-
-  struct Process {
-    ProcessRecord record;
-    TaskFigures figures;           ///< user and system sum up to the CPU clock, where there is one
-    std::uint64_t startTicks = 0;  ///< with the pid, tells a process from all before and after it
-    std::uint64_t unit = 0;        ///< a hash of the unit's path, 0 for none
-    std::int32_t parent = 0;       ///< the kernel's, whatever the record says
-    DescriptorPool::Slot slot = DescriptorPool::kNoSlot;
-    std::uint32_t recentMicroseconds = 0;  ///< of CPU time, gained with the last reading
-    bool controlsJobs = false;
-    std::uint8_t quietReadings = 0;  ///< since it last ran, as far as that is counted
-    Unit unitState = Unit::unread;
-    bool hasEnded = false;  ///< and waits for its parent
-
-    [[nodiscard]] std::uint64_t cpuTime() const {
-      return figures.userNanoseconds + figures.systemNanoseconds;
-    }
-  };
+  using Unit = KnownProcess::Unit;
 
   void followClock(const ReadingTime& time);
   void updateKnown(const ReadingTime& time);
-  bool update(Process& process, const ReadingTime& time);
-  void retire(const Process& process);
+  bool update(KnownProcess& process, const ReadingTime& time);
+  void retire(const KnownProcess& process);
   void addNew(const ReadingTime& time);
   void readOrphans(const ReadingTime& time);
-  void reportParents(const ReadingTime& time);
+  void settle(const ReadingTime& time);
+  void leaveEarlyGrowth();
+  void readUnits(const ReadingTime& time);
 
-  Process* find(std::int32_t pid);
   std::optional<ProcessRecord> readRecord(std::int32_t pid, const ReadingTime& time);
 
   [[nodiscard]] std::optional<std::uint64_t> clockOf(std::int32_t pid) const;
-  bool readStat(Process& process, const ReadingTime& time,
+  bool readStat(KnownProcess& process, const ReadingTime& time,
                 const std::optional<std::uint64_t>& clock);
-  void begin(Process& process, const ProcPidStat& stat, const ReadingTime& time) const;
-  void setFigures(TaskFigures& figures, const ProcPidStat& stat,
+  void begin(KnownProcess& process, const ProcPidStat& stat, const ReadingTime& time) const;
+  void setLineage(KnownProcess& process, const ProcPidStat& stat) const;
+  void setEndedChildren(KnownProcess& process, const ProcPidStat& stat);
+  void setFigures(KnownProcess& process, const ProcPidStat& stat,
                   const std::optional<std::uint64_t>& clock) const;
+  [[nodiscard]] const KnownProcess& namesake(const KnownProcess& leader) const;
 
-  [[nodiscard]] bool mayHaveUnit(const Process& process, const ReadingTime& time) const;
-  bool isBoundary(Process& process, Process& parent);
-  void ensureUnit(Process& process);
-  void readUnit(Process& process);
+  [[nodiscard]] bool isOldEnoughForUnit(const KnownProcess& process, const ReadingTime& time) const;
+  void ensureUnit(KnownProcess& process, const ReadingTime& time);
+  void readUnit(KnownProcess& process);
 
-  std::optional<std::string_view> readText(Process& process);
+  std::optional<std::string_view> readText(KnownProcess& process);
   std::optional<std::string_view> readText(FileDescriptor& file, std::int32_t pid,
                                            std::string_view name);
 
@@ -119,14 +114,18 @@ class ProcessReader {
   DescriptorPool pool_;
   std::uint64_t ticksPerSecond_;
   std::uint64_t pageSize_;
+  std::uint64_t processors_;
 
   std::uint32_t reading_ = 0;
-  std::int64_t bootSeconds_ = 0;    ///< that the starts of the known processes go by
-  std::vector<Process> processes_;  ///< in ascending order of pid
-  std::vector<std::int32_t> pids_;  ///< theirs, in the same order: quicker to search
+  std::int64_t bootSeconds_ = 0;              ///< that the starts of the known processes go by
+  std::optional<std::uint64_t> ticksBefore_;  ///< of the reading before
+  KnownProcesses processes_;
+  Applications applications_{processes_};
+  EndedTime endedTime_{processes_};
   std::vector<std::int32_t> listed_;
   std::vector<std::int32_t> ended_;  ///< whose children have, or may have, another parent now
   std::vector<std::int32_t> endedBefore_;
+  std::vector<std::int32_t> endedLeaders_;
 };
 
 }  // namespace vel

@@ -1,0 +1,316 @@
+// Which application each process belongs to.
+#include "platform/linux/Applications.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace vel {
+
+namespace {
+
+constexpr std::int32_t kNone = 0;
+constexpr std::int32_t kFirstProcess = 1;
+
+/// Sorted, and as long as the kernel keeps a command's name: 15 bytes. Programs of the same family
+/// begin with the same letters ("sshd-session", "lightdm-gtk-greeter").
+constexpr std::array kLaunchers = std::to_array<std::string_view>({"Hyprland",
+                                                                   "Thunar",
+                                                                   "awesome",
+                                                                   "bspwm",
+                                                                   "budgie-panel",
+                                                                   "budgie-wm",
+                                                                   "cairo-dock",
+                                                                   "caja",
+                                                                   "cinnamon",
+                                                                   "compiz",
+                                                                   "conmon",
+                                                                   "containerd-shim",
+                                                                   "cosmic-comp",
+                                                                   "cosmic-panel",
+                                                                   "cosmic-session",
+                                                                   "dbus-broker-lau",
+                                                                   "dbus-daemon",
+                                                                   "dbus-launch",
+                                                                   "dinit",
+                                                                   "dmenu_run",
+                                                                   "dwm",
+                                                                   "enlightenment",
+                                                                   "fluxbox",
+                                                                   "fuzzel",
+                                                                   "fvwm",
+                                                                   "gdm",
+                                                                   "gnome-panel",
+                                                                   "gnome-session",
+                                                                   "gnome-shell",
+                                                                   "greetd",
+                                                                   "herbstluftwm",
+                                                                   "i3",
+                                                                   "icewm",
+                                                                   "init",
+                                                                   "jwm",
+                                                                   "kded5",
+                                                                   "kded6",
+                                                                   "kdeinit5",
+                                                                   "kglobalaccel5",
+                                                                   "klauncher",
+                                                                   "krunner",
+                                                                   "ksmserver",
+                                                                   "kwin",
+                                                                   "labwc",
+                                                                   "latte-dock",
+                                                                   "lightdm",
+                                                                   "login",
+                                                                   "lxdm",
+                                                                   "lxpanel",
+                                                                   "lxqt-panel",
+                                                                   "lxqt-runner",
+                                                                   "lxqt-session",
+                                                                   "lxsession",
+                                                                   "ly-dm",
+                                                                   "marco",
+                                                                   "mate-panel",
+                                                                   "mate-session",
+                                                                   "metacity",
+                                                                   "muffin",
+                                                                   "mutter",
+                                                                   "nautilus",
+                                                                   "nemo",
+                                                                   "niri",
+                                                                   "openbox",
+                                                                   "openrc-init",
+                                                                   "pcmanfm",
+                                                                   "plank",
+                                                                   "plasma_session",
+                                                                   "plasmashell",
+                                                                   "polybar",
+                                                                   "qtile",
+                                                                   "river",
+                                                                   "rofi",
+                                                                   "runsv",
+                                                                   "s6-supervise",
+                                                                   "s6-svscan",
+                                                                   "sddm",
+                                                                   "slim",
+                                                                   "sshd",
+                                                                   "startplasma",
+                                                                   "supervise-daemo",
+                                                                   "supervisord",
+                                                                   "sway",
+                                                                   "swhkd",
+                                                                   "sxhkd",
+                                                                   "systemd",
+                                                                   "thunar",
+                                                                   "tint2",
+                                                                   "tofi",
+                                                                   "ulauncher",
+                                                                   "waybar",
+                                                                   "wayfire",
+                                                                   "weston",
+                                                                   "wofi",
+                                                                   "xbindkeys",
+                                                                   "xdm",
+                                                                   "xfce4-appfinde",
+                                                                   "xfce4-panel",
+                                                                   "xfce4-session",
+                                                                   "xfdesktop",
+                                                                   "xfwm4",
+                                                                   "xinit",
+                                                                   "xmonad"});
+static_assert(std::is_sorted(kLaunchers.begin(), kLaunchers.end()));
+
+/// The one that the command's name begins with; empty for none.
+std::string_view launcherFamily(std::string_view command) {
+  // A plug-in of Xfce's panel is a process of its own that starts programs for it.
+  constexpr std::string_view kPanelPlugin = "panel-";
+  if (command.starts_with(kPanelPlugin)) {
+    return kPanelPlugin;
+  }
+  for (std::size_t length = command.size(); length > 1; --length) {
+    const std::string_view front = command.substr(0, length);
+    if (std::binary_search(kLaunchers.begin(), kLaunchers.end(), front)) {
+      return front;
+    }
+  }
+  return {};
+}
+
+/// It is given the children of those that have ended, beside its own.
+bool isReaper(const KnownProcess& process) {
+  return process.record.pid == kFirstProcess || process.record.name() == "systemd";
+}
+
+bool areInDifferentUnits(const KnownProcess& a, const KnownProcess& b) {
+  return a.unit != 0 && b.unit != 0 && a.unit != b.unit;
+}
+
+bool isJobOf(const KnownProcess& process, const KnownProcess& parent) {
+  return parent.controlsJobs && process.session == parent.session && process.group != parent.group;
+}
+
+/// As the shell in a terminal's window does. Of programs that have a terminal themselves some give
+/// their helpers another one (sudo): only a shell counts there.
+bool beginsTerminalSession(const KnownProcess& process, const KnownProcess& parent) {
+  return process.session == process.record.pid && process.terminal != 0 &&
+         (process.controlsJobs || parent.terminal == 0);
+}
+
+/// A launcher is an application, too, whoever starts it.
+bool isLaunchedBy(const KnownProcess& process, const KnownProcess& parent) {
+  const std::string_view family = launcherFamily(parent.record.name());
+  // Up to the moment when it runs another program it is a copy of the launcher.
+  const bool isOfFamily = !family.empty() && process.record.name().starts_with(family);
+  return !isOfFamily && (!family.empty() || isLauncher(process.record.name()));
+}
+
+}  // namespace
+
+bool isLauncher(std::string_view command) {
+  return !launcherFamily(command).empty();
+}
+
+void Applications::place(std::uint32_t reading, const std::vector<std::int32_t>& ended) {
+  reading_ = reading;
+  if (!ended.empty()) {
+    forget(ended);
+  }
+  for (KnownProcess& process : processes_.all) {
+    if (!process.isPlaced) {
+      place(process);
+    }
+  }
+}
+
+void Applications::forget(const std::vector<std::int32_t>& ended) {
+  const auto isEnded = [&ended](std::int32_t pid) {
+    return std::binary_search(ended.begin(), ended.end(), pid);
+  };
+  for (KnownProcess& process : processes_.all) {
+    if (isEnded(process.leader)) {
+      process.leader = kNone;
+      process.isPlaced = false;
+    }
+  }
+  std::erase_if(unitLeaders_, [isEnded](const UnitLeader& each) { return isEnded(each.pid); });
+}
+
+void Applications::place(KnownProcess& process) {
+  // Before its parent, lest pids that were read at different times make a circle.
+  process.isPlaced = true;
+  KnownProcess* const parent = processes_.find(process.parent);
+  if (parent != nullptr && !parent->isPlaced) {
+    place(*parent);
+  }
+  move(process, leaderOf(process, parent));
+  const bool hasUnknownParent = parent == nullptr || process.isKernelThread();
+  process.record.parent = !process.leads()   ? process.leader
+                          : hasUnknownParent ? kNone
+                                             : kFirstProcess;
+  // A parent that is not there now may be there next time, as when descriptors had run out.
+  process.isPlaced = parent != nullptr || process.parent == kNone;
+}
+
+/// The rules. The first that holds counts.
+std::int32_t Applications::leaderOf(KnownProcess& process, const KnownProcess* parent) {
+  const std::int32_t own = process.record.pid;
+  if (process.isKernelThread() || parent == nullptr || parent == &process) {
+    return own;
+  }
+  if (areInDifferentUnits(process, *parent)) {
+    const std::int32_t leader = leaderInUnit(process);
+    return leader != kNone ? leader : leaderOfOrphan(process);
+  }
+  if (process.leads() && process.record.parent != kNone) {
+    return own;
+  }
+  if (isJobOf(process, *parent)) {
+    process.isJob = true;
+    return own;
+  }
+  if (beginsTerminalSession(process, *parent)) {
+    return own;
+  }
+  if (isReaper(*parent)) {
+    return leaderOfOrphan(process);
+  }
+  if (isLaunchedBy(process, *parent)) {
+    return own;
+  }
+  return parent->leader != kNone ? parent->leader : own;
+}
+
+/// A unit is one application, wherever its processes come from, unless it is a login session or
+/// that of a launcher or a shell: then nothing.
+std::int32_t Applications::leaderInUnit(const KnownProcess& process) {
+  if (process.isSessionUnit) {
+    return kNone;
+  }
+  const auto known =
+      std::find_if(unitLeaders_.begin(), unitLeaders_.end(),
+                   [&process](const UnitLeader& each) { return each.unit == process.unit; });
+  if (known == unitLeaders_.end()) {
+    unitLeaders_.push_back({.unit = process.unit, .pid = process.record.pid});
+    return process.record.pid;
+  }
+  const KnownProcess* const leader = processes_.find(known->pid);
+  if (leader == nullptr || leader->unit != process.unit ||
+      (leader != &process && !leader->leads())) {
+    known->pid = process.record.pid;
+    return process.record.pid;
+  }
+  if (leader != &process && (leader->controlsJobs || isLauncher(leader->record.name()))) {
+    return kNone;
+  }
+  return known->pid;
+}
+
+/// A process whose parent is not the one that started it, or not for its own purposes: it stays
+/// with its application unless it has left that one's session, as a daemon does, too.
+std::int32_t Applications::leaderOfOrphan(const KnownProcess& process) {
+  if (process.leads()) {
+    return process.leader;
+  }
+  const auto keeps = [&process](const KnownProcess* leader) {
+    return leader != nullptr && leader->session == process.session && !leader->controlsJobs &&
+           !isLauncher(leader->record.name());
+  };
+  if (keeps(processes_.find(process.leader))) {
+    return process.leader;
+  }
+  const KnownProcess* const head = processes_.find(process.group);
+  return keeps(head) && head->isJob ? process.group : process.record.pid;
+}
+
+void Applications::move(KnownProcess& process, std::int32_t leader) {
+  const bool isNew = process.firstReading == reading_;
+  const std::int32_t before = std::exchange(process.leader, leader);
+  if (isNew && before == kNone) {
+    begin(process);
+  }
+  if (before == leader) {
+    return;
+  }
+  if (KnownProcess* const left = processes_.find(before); left != nullptr && left != &process) {
+    left->credit += static_cast<std::int64_t>(process.contribution());
+  }
+  if (process.leads()) {
+    process.leadsSince = reading_;
+    return;
+  }
+  const KnownProcess* const joined = processes_.find(leader);
+  const bool isOfNewRow = joined == nullptr || joined->leadsSince == reading_;
+  if (!isOfNewRow && !(isNew && process.isNewborn)) {
+    process.credit = -static_cast<std::int64_t>(process.cpuTime());
+  }
+}
+
+/// Of children that had ended before the process was seen, those of a shell, a launcher or a
+/// service manager were applications of their own.
+void Applications::begin(KnownProcess& process) const {
+  if (!process.isNewborn &&
+      (process.controlsJobs || isReaper(process) || isLauncher(process.record.name()))) {
+    process.credit = 0;
+  }
+}
+
+}  // namespace vel
