@@ -107,31 +107,27 @@ TEST_F(ProcessesTest, AddsUpAProcessAndItsChildren) {
   start(4, 2, "child").figures = TaskFigures{.virtualBytes = 16'777'217, .threads = 5};
   start(5, 4, "grandchild", 64).figures->residentBytes = 7;
   start(6, 2, "unreadable").figures.reset();
-  // Both times together round to another float than one by one.
-  start(7, 1, "old", 16'777'216.75).figures->systemNanoseconds = 750'000'000;
+  start(7, 1, "old", 36'777'216.75).figures->systemNanoseconds = 750'000'000;
   readAfter(0.25);
   const auto sums = [this](std::int32_t pid) {
     const ProcessTable::Entry& sum = entry(pid);
-    return std::tuple(sum.threads, sum.totalCPUTime, sum.virtualSize, sum.residentSize,
-                      sum.runningTime);
+    return std::tuple(sum.processes, sum.threads, sum.totalCPUTime, sum.virtualSize,
+                      sum.residentSize, sum.runningTime);
   };
-  EXPECT_EQ(sums(2), std::tuple(18, 4.0F, 16'777'216.0F, 0.0F, 100.25));
+  EXPECT_EQ(sums(2), std::tuple(3, 18, 4.0, 16'777'216.0F, 0.0F, 100.25));
   // Without a name, and counted once more with the parent.
-  EXPECT_EQ(sums(4), std::tuple(6, 64.0F, 16'777'216.0F, 7.0F, 0.0));
-  EXPECT_EQ(sums(7), std::tuple(1, 16'777'218.0F, 0.0F, 0.0F, 100.25));
+  EXPECT_EQ(sums(4), std::tuple(2, 6, 64.0, 16'777'216.0F, 7.0F, 0.0));
+  EXPECT_EQ(sums(7), std::tuple(1, 1, 36'777'217.5, 0.0F, 0.0F, 100.25));
 }
 
 TEST_F(ProcessesTest, SharesSinceTheReadingBefore) {
-  constexpr double kPrecise = 8'388'608.0;  // from here on a float holds whole numbers only
   // The age and the CPU seconds at the first reading; CPU seconds and seconds between the two.
   const std::tuple<double, double, double, double, std::optional<float>> cases[] = {
       {100, 7, 3, 2, 1.5F},
       {100, 7, 3, 0, std::nullopt},
       {100, 7, 3, -2, -1.5F},
-      // Lost in the running time, rounded with it, and lost in the CPU time.
-      {kPrecise, 7, 3, 0.4, std::nullopt},
-      {kPrecise, 7, 3, 1.6, 1.5F},
-      {2 * kPrecise, 2 * kPrecise, 0.5, 4, 0.0F}};
+      // After 426 days with eight processors busy.
+      {36'806'400.0, 294'451'200.0, 8, 1, 8.0F}};
   for (const auto& [age, before, used, elapsed, share] : cases) {
     start(2, 1, "a", before, age);
     readAfter(0);
@@ -201,6 +197,8 @@ using Rows = std::vector<std::string>;
 Rows texts(const std::optional<std::vector<ProcessEntry>>& rows) {
   Rows result;
   for (const ProcessEntry& row : rows.value()) {
+    EXPECT_EQ(Platform::current().locale.number(row.share * 100.0F, 1),
+              row.avgCpuTime.substr(0, row.avgCpuTime.find('%')));
     result.push_back(row.name + " " + row.pid + " " + row.avgCpuTime);
   }
   return result;
@@ -256,13 +254,33 @@ TEST_F(ProcessesTest, ListsWhoIsAboveTheThreshold) {
       {50, 0.51, {"7"}}, {50, 0.5, {}},  {30, 0.3, {"7"}},  {70, 0.7, {}},
       {0, 9, {}},        {-5, 0, {"7"}}, {kInfinity, 9, {}}};
   for (const auto& [threshold, used, listed] : cases) {
-    info.setNotificationThreshold(threshold);
+    info.setNotificationThreshold(90);
     start(7, 1, "young", 0, 0);
     readAfter(0);
+    info.getCPUProccessesForNotification();
+    info.setNotificationThreshold(threshold);
     use(7, used);
     readAfter(1);
     EXPECT_EQ(info.getCPUProccessesForNotification(), listed) << threshold;
   }
+}
+
+TEST_F(ProcessesTest, JudgesForAlertsOverTheTimeSinceTheLastOfThem) {
+  info.setNotificationThreshold(50);
+  start(7, 1, "pausing");
+  start(8, 1, "replaced", 20);
+  readAfter(0);
+  EXPECT_EQ(info.getCPUProccessesForNotification(), Rows{});
+  for (int second = 1; second <= 10; ++second) {
+    use(7, second > 8 ? 0 : 1);
+    readAfter(1);  // as a panel on screen has it
+  }
+  start(9, 1, "new", 50);
+  start(8, 1, "another", 30, 5);
+  readAfter(0);
+  EXPECT_EQ(info.getCPUProccessesForNotification(), Rows{"7"});
+  readAfter(10);
+  EXPECT_EQ(info.getCPUProccessesForNotification(), Rows{});
 }
 
 TEST_F(ProcessesTest, KeepsItsStorageWhileProcessesComeAndGo) {

@@ -119,7 +119,11 @@ constexpr std::array kLaunchers = std::to_array<std::string_view>({"Hyprland",
                                                                    "xmonad"});
 static_assert(std::is_sorted(kLaunchers.begin(), kLaunchers.end()));
 
-/// The one that the command's name begins with; empty for none.
+bool isLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+/// The one that the command's name begins with, as a word; empty for none.
 std::string_view launcherFamily(std::string_view command) {
   // A plug-in of Xfce's panel is a process of its own that starts programs for it.
   constexpr std::string_view kPanelPlugin = "panel-";
@@ -128,7 +132,8 @@ std::string_view launcherFamily(std::string_view command) {
   }
   for (std::size_t length = command.size(); length > 1; --length) {
     const std::string_view front = command.substr(0, length);
-    if (std::binary_search(kLaunchers.begin(), kLaunchers.end(), front)) {
+    const bool isWord = length == command.size() || !isLetter(command[length]);
+    if (isWord && std::binary_search(kLaunchers.begin(), kLaunchers.end(), front)) {
       return front;
     }
   }
@@ -140,19 +145,26 @@ bool isReaper(const KnownProcess& process) {
   return process.record.pid == kFirstProcess || process.record.name() == "systemd";
 }
 
-bool areInDifferentUnits(const KnownProcess& a, const KnownProcess& b) {
-  return a.unit != 0 && b.unit != 0 && a.unit != b.unit;
+bool isInAnotherUnit(const KnownProcess& process, const KnownProcess& parent) {
+  const bool isParentKnown = parent.unit != 0 || parent.record.pid == kFirstProcess;
+  return process.unit != 0 && isParentKnown && process.unit != parent.unit;
+}
+
+/// Whether the process can belong to that leader without being its descendant.
+bool isOf(const KnownProcess& process, const KnownProcess* leader) {
+  return leader != nullptr && leader->session == process.session && !leader->controlsJobs &&
+         !isLauncher(leader->record.name());
 }
 
 bool isJobOf(const KnownProcess& process, const KnownProcess& parent) {
   return parent.controlsJobs && process.session == parent.session && process.group != parent.group;
 }
 
-/// As the shell in a terminal's window does. Of programs that have a terminal themselves some give
-/// their helpers another one (sudo): only a shell counts there.
+/// An interactive shell does, and what a terminal's window, or a server of logins, runs in place of
+/// one. Programs that have a terminal themselves may give their helpers another one, as sudo does.
 bool beginsTerminalSession(const KnownProcess& process, const KnownProcess& parent) {
-  return process.session == process.record.pid && process.terminal != 0 &&
-         (process.controlsJobs || parent.terminal == 0);
+  return process.controlsJobs ||
+         (process.session == process.record.pid && process.terminal != 0 && parent.terminal == 0);
 }
 
 /// A launcher is an application, too, whoever starts it.
@@ -216,7 +228,7 @@ std::int32_t Applications::leaderOf(KnownProcess& process, const KnownProcess* p
   if (process.isKernelThread() || parent == nullptr || parent == &process) {
     return own;
   }
-  if (areInDifferentUnits(process, *parent)) {
+  if (isInAnotherUnit(process, *parent)) {
     const std::int32_t leader = leaderInUnit(process);
     return leader != kNone ? leader : leaderOfOrphan(process);
   }
@@ -230,11 +242,15 @@ std::int32_t Applications::leaderOf(KnownProcess& process, const KnownProcess* p
   if (beginsTerminalSession(process, *parent)) {
     return own;
   }
-  if (isReaper(*parent)) {
+  if (isReaper(*parent) || process.isOrphan) {
     return leaderOfOrphan(process);
   }
   if (isLaunchedBy(process, *parent)) {
     return own;
+  }
+  if (const std::int32_t job = jobOf(process); job != kNone) {
+    process.isOrphan = parent->leader != job;
+    return job;
   }
   return parent->leader != kNone ? parent->leader : own;
 }
@@ -264,21 +280,24 @@ std::int32_t Applications::leaderInUnit(const KnownProcess& process) {
   return known->pid;
 }
 
-/// A process whose parent is not the one that started it, or not for its own purposes: it stays
-/// with its application unless it has left that one's session, as a daemon does, too.
+/// A process whose parent is not the one that started it, or has it as a service: it stays with its
+/// application unless it has left that one's session, as what detaches itself does.
 std::int32_t Applications::leaderOfOrphan(const KnownProcess& process) {
   if (process.leads()) {
     return process.leader;
   }
-  const auto keeps = [&process](const KnownProcess* leader) {
-    return leader != nullptr && leader->session == process.session && !leader->controlsJobs &&
-           !isLauncher(leader->record.name());
-  };
-  if (keeps(processes_.find(process.leader))) {
+  if (isOf(process, processes_.find(process.leader))) {
     return process.leader;
   }
+  const std::int32_t job = jobOf(process);
+  return job != kNone ? job : process.record.pid;
+}
+
+/// The job of its process group, as long as that one's first process is there. This also holds for
+/// one that is first seen when its parent has ended.
+std::int32_t Applications::jobOf(const KnownProcess& process) {
   const KnownProcess* const head = processes_.find(process.group);
-  return keeps(head) && head->isJob ? process.group : process.record.pid;
+  return isOf(process, head) && head->isJob ? process.group : kNone;
 }
 
 void Applications::move(KnownProcess& process, std::int32_t leader) {

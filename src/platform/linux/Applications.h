@@ -30,6 +30,7 @@ class Applications {
   [[nodiscard]] std::int32_t leaderOf(KnownProcess& process, const KnownProcess* parent);
   [[nodiscard]] std::int32_t leaderInUnit(const KnownProcess& process);
   [[nodiscard]] std::int32_t leaderOfOrphan(const KnownProcess& process);
+  [[nodiscard]] std::int32_t jobOf(const KnownProcess& process);
   void move(KnownProcess& process, std::int32_t leader);
   void begin(KnownProcess& process) const;
 

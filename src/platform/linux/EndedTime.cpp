@@ -76,18 +76,17 @@ void EndedTime::bequeath() {
   }
 }
 
-/// The next one up that is still there.
+/// The next one up that is still there. One that only waits for its own parent has no children.
 void EndedTime::findParents() {
   for (Ended& ended : ended_) {
-    for (int up = 0; processes_.find(ended.parent) == nullptr; ++up) {
-      const Ended* const parent = find(ended.parent);
-      const bool isKnown = parent != nullptr && parent != &ended && up < kMostGenerations;
+    const KnownProcess* parent = processes_.find(ended.parent);
+    for (int up = 0; parent == nullptr && ended.parent != kFirstProcess; ++up) {
+      const Ended* const gone = up < kMostGenerations ? find(ended.parent) : nullptr;
       ended.isOrphan = true;
-      ended.parent = isKnown ? parent->parent : kFirstProcess;
-      if (!isKnown) {
-        break;
-      }
+      ended.parent = gone != nullptr ? gone->parent : kFirstProcess;
+      parent = processes_.find(ended.parent);
     }
+    ended.isOrphan = ended.isOrphan || (parent != nullptr && parent->hasEnded);
   }
 }
 

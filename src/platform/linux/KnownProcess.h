@@ -41,6 +41,7 @@ struct KnownProcess {
   bool isSessionUnit = false;  ///< its unit is a login session: many applications
   bool controlsJobs = false;   ///< an interactive shell
   bool isJob = false;          ///< leads what has been typed into an interactive shell
+  bool isOrphan = false;       ///< its parent is not the one that has started it
   bool isPlaced = false;       ///< `leader` is what the rules say
   bool isNewborn = false;      ///< it was started between its first reading and the one before
   bool hasEnded = false;       ///< and waits for its parent

@@ -359,6 +359,7 @@ void ProcessReader::setLineage(KnownProcess& process, const ProcPidStat& stat) c
   decltype(process.record.command) command{};
   std::copy_n(stat.name.begin(), std::min(stat.name.size(), command.size()), command.begin());
   bool changed = becomes(process.record.command, command);
+  process.isOrphan |= process.parent != 0 && process.parent != stat.parent;
   changed |= becomes(process.parent, stat.parent);
   changed |= becomes(process.group, stat.group);
   changed |= becomes(process.session, stat.session);
