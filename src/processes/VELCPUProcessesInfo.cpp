@@ -16,21 +16,27 @@ constexpr std::int32_t kUnknown = -1;
 /// The first process, whose children are applications and services rather than somebody's helpers.
 constexpr std::int32_t kFirstProcess = 1;
 
-void addFigures(Entry& entry, std::int32_t pid, Kernel& kernel) {
-  if (const std::optional<TaskFigures> figures = kernel.taskFigures(pid)) {
-    entry.residentSize += static_cast<float>(figures->residentBytes);
-    entry.virtualSize += static_cast<float>(figures->virtualBytes);
-    entry.threads += figures->threads;
-    entry.processes += 1;
-    entry.totalCPUTime += static_cast<double>(figures->userNanoseconds) / 1e9 +
-                          static_cast<double>(figures->systemNanoseconds) / 1e9;
+/// Returns the CPU time, in nanoseconds.
+std::uint64_t addFigures(Entry& entry, std::int32_t pid, Kernel& kernel) {
+  const std::optional<TaskFigures> figures = kernel.taskFigures(pid);
+  if (!figures) {
+    return 0;
   }
+  entry.residentSize += static_cast<float>(figures->residentBytes);
+  entry.virtualSize += static_cast<float>(figures->virtualBytes);
+  entry.threads += figures->threads;
+  entry.processes += 1;
+  return figures->userNanoseconds + figures->systemNanoseconds;
 }
 
 void account(ProcessTable& table, Kernel& kernel) {
   for (Entry& entry : table.entries()) {
-    table.forEachChild(entry, [&](std::int32_t child) { addFigures(entry, child, kernel); });
-    addFigures(entry, entry.pid, kernel);
+    // Whole numbers, whose sum is the same in any order: a share of -0.0 % would be one of
+    // rounding.
+    std::uint64_t nanoseconds = addFigures(entry, entry.pid, kernel);
+    table.forEachChild(
+        entry, [&](std::int32_t child) { nanoseconds += addFigures(entry, child, kernel); });
+    entry.totalCPUTime = static_cast<double>(nanoseconds) / 1e9;
   }
 }
 

@@ -28,18 +28,6 @@
 namespace vel::test {
 namespace {
 
-/// The machine's, but what this program starts counts as started by the first process.
-class StartersKernel : public LinuxKernel {
- public:
-  std::optional<ProcessRecord> process(std::int32_t pid) override {
-    auto record = LinuxKernel::process(pid);
-    if (record && record->parent == getpid()) {
-      record->parent = 1;
-    }
-    return record;
-  }
-};
-
 /// A minute ahead, at which every process is old enough for the rankings.
 class LaterClock : public Clock {
  public:
@@ -102,6 +90,8 @@ std::vector<int> childrenOf(int pid, std::size_t count) {
 
 class ProcessShares : public testing::Test {
  protected:
+  /// Under a launcher's name, so that what is started here is an application each.
+  ProcessShares() { prctl(PR_SET_NAME, "openbox"); }
   ~ProcessShares() override {
     for (const int pid : {one, three, parent, terminal, asleep, brief}) {
       kill(pid, SIGKILL);
@@ -140,7 +130,7 @@ class ProcessShares : public testing::Test {
     }
   }
 
-  InstalledPlatform<StartersKernel, LaterClock> machine;
+  InstalledPlatform<LinuxKernel, LaterClock> machine;
   VELCPUProcessesInfo processes;
   const int one = start("vel-one", burn);
   const int three = start("vel-three", [] {
@@ -166,12 +156,8 @@ TEST_F(ProcessShares, AreThoseOfTheStatFiles) {
   const int shell = childrenOf(terminal, 1)[0];
   const int editor = childrenOf(shell, 1)[0];
   const int briefChild = childrenOf(brief, 1)[0];
-  const std::vector<std::vector<int>> entries = {{one},
-                                                 {three},
-                                                 {parent, children[0], children[1]},
-                                                 {terminal, shell},
-                                                 {asleep},
-                                                 {brief, briefChild}};
+  const std::vector<std::vector<int>> entries = {
+      {one}, {three}, {parent, children[0], children[1]}, {terminal, shell, editor}, {asleep}};
   // Before and after each of two readings of the module.
   std::vector<double> seconds[4];
   const auto note = [&](std::vector<double>& here) {
@@ -181,6 +167,8 @@ TEST_F(ProcessShares, AreThoseOfTheStatFiles) {
   note(seconds[0]);
   processes.getAllProcessInfos();
   const double begin = entry(one).runningTime;
+  const double briefBefore = entry(brief).totalCPUTime;
+  EXPECT_GT(briefBefore, 0.0);
   note(seconds[1]);
   kill(briefChild, SIGKILL);
   waitForWork(secondsOf({one}) + 0.3);
@@ -205,10 +193,9 @@ TEST_F(ProcessShares, AreThoseOfTheStatFiles) {
   EXPECT_EQ(childrenIn(parent), children);
   EXPECT_EQ(entry(three).threads, 3);
   EXPECT_EQ(entry(parent).threads, 3);
-  EXPECT_EQ(childrenIn(terminal), std::vector{shell});
-  EXPECT_FALSE(entry(shell).isTopLevel());
-  EXPECT_EQ(childrenIn(shell), std::vector{editor});
-  EXPECT_EQ(processes.allProcInfos().find(editor), nullptr);
+  EXPECT_EQ(childrenIn(terminal), (std::vector{shell, editor}));
+  EXPECT_TRUE(childrenIn(brief).empty());
+  EXPECT_GE(entry(brief).totalCPUTime, briefBefore);  // though nobody has waited for the child
 
   // The machine's own processes may have some of the five rows.
   const std::vector<std::string> busiest = {"vel-three", "vel-parent", "vel-one"};
