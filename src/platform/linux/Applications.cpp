@@ -186,9 +186,14 @@ void Applications::place(std::uint32_t reading, const std::vector<std::int32_t>&
   if (!ended.empty()) {
     forget(ended);
   }
-  for (KnownProcess& process : processes_.all) {
-    if (!process.isPlaced) {
-      place(process);
+  std::swap(processes_.unplaced, pending_);
+  processes_.unplaced.clear();
+  // Who was there first leads.
+  std::sort(pending_.begin(), pending_.end());
+  for (const std::int32_t pid : pending_) {
+    KnownProcess* const process = processes_.find(pid);
+    if (process != nullptr && !process->isPlaced) {
+      place(*process);
     }
   }
 }
@@ -198,9 +203,9 @@ void Applications::forget(const std::vector<std::int32_t>& ended) {
     return std::binary_search(ended.begin(), ended.end(), pid);
   };
   for (KnownProcess& process : processes_.all) {
-    if (isEnded(process.leader)) {
+    if (process.leader != kNone && isEnded(process.leader)) {
       process.leader = kNone;
-      process.isPlaced = false;
+      processes_.unplace(process);
     }
   }
   std::erase_if(unitLeaders_, [isEnded](const UnitLeader& each) { return isEnded(each.pid); });
@@ -218,8 +223,10 @@ void Applications::place(KnownProcess& process) {
   process.record.parent = !process.leads()   ? process.leader
                           : hasUnknownParent ? kNone
                                              : kFirstProcess;
-  // A parent that is not there now may be there next time, as when descriptors had run out.
-  process.isPlaced = parent != nullptr || process.parent == kNone;
+  if (parent == nullptr && process.parent != kNone) {
+    // It may be there next time, as when descriptors had run out.
+    processes_.unplace(process);
+  }
 }
 
 /// The rules. The first that holds counts.

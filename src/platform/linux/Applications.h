@@ -41,6 +41,7 @@ class Applications {
 
   KnownProcesses& processes_;
   std::vector<UnitLeader> unitLeaders_;
+  std::vector<std::int32_t> pending_;  ///< kept for its storage only
   std::uint32_t reading_ = 0;
 };
 

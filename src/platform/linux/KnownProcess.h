@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "platform/kernel/Kernel.h"
@@ -72,6 +73,15 @@ class KnownProcesses {
  public:
   std::vector<KnownProcess> all;
 
+  /// Pids of processes, some of them gone, to which an application is to be given.
+  std::vector<std::int32_t> unplaced;
+
+  void unplace(KnownProcess& process) {
+    if (std::exchange(process.isPlaced, false) || process.leader == 0) {
+      unplaced.push_back(process.record.pid);
+    }
+  }
+
   /// To be called once `all` has other pids.
   void index() {
     pids_.clear();
@@ -81,14 +91,17 @@ class KnownProcesses {
   }
 
   [[nodiscard]] KnownProcess* find(std::int32_t pid) {
-    const auto found = std::lower_bound(pids_.begin(), pids_.end(), pid);
-    return found != pids_.end() && *found == pid
-               ? &all[static_cast<std::size_t>(found - pids_.begin())]
-               : nullptr;
+    // Who asks for all goes down the list.
+    if (latest_ > pids_.size() || latest_ == 0 || pids_[--latest_] != pid) {
+      const auto found = std::lower_bound(pids_.begin(), pids_.end(), pid);
+      latest_ = static_cast<std::size_t>(found - pids_.begin());
+    }
+    return latest_ < pids_.size() && pids_[latest_] == pid ? &all[latest_] : nullptr;
   }
 
  private:
   std::vector<std::int32_t> pids_;  ///< quicker to search
+  std::size_t latest_ = 0;          ///< where the latest one found stands
 };
 
 }  // namespace vel

@@ -92,10 +92,13 @@ void ProcessReader::updateKnown(const ReadingTime& time) {
       *unknown++ = pid;
       continue;
     }
-    if (update(*known, time)) {
-      *kept++ = *known;
-    } else {
+    if (!update(*known, time)) {
       retire(*known);
+    } else {
+      if (kept != known) {
+        *kept = *known;
+      }
+      ++kept;
     }
     ++known;
   }
@@ -111,7 +114,7 @@ bool ProcessReader::update(KnownProcess& process, const ReadingTime& time) {
       static_cast<std::uint32_t>(process.record.pid) % kRotation == reading_ % kRotation;
   process.recentMicroseconds /= 2;
   if (process.unitState == Unit::unread && isOldEnoughForUnit(process, time)) {
-    process.isPlaced = false;
+    processes_.unplace(process);
   }
   if (!clock || *clock != process.cpuTime()) {
     if (process.slot == DescriptorPool::kNoSlot && process.quietReadings < kQuietReadings) {
@@ -146,6 +149,9 @@ void ProcessReader::retire(const KnownProcess& process) {
 }
 
 void ProcessReader::addNew(const ReadingTime& time) {
+  if (listed_.empty() && ended_.empty()) {
+    return;
+  }
   std::vector<KnownProcess>& all = processes_.all;
   const std::size_t size = all.size() + listed_.size();
   if (all.capacity() < size) {
@@ -216,12 +222,14 @@ void ProcessReader::leaveEarlyGrowth() {
 }
 
 void ProcessReader::readUnits(const ReadingTime& time) {
-  for (KnownProcess& process : processes_.all) {
-    if (process.isPlaced || !isOldEnoughForUnit(process, time)) {
+  // More may join them in between, whose units have just been read.
+  for (std::size_t i = 0, count = processes_.unplaced.size(); i < count; ++i) {
+    KnownProcess* const process = processes_.find(processes_.unplaced[i]);
+    if (process == nullptr || process->isPlaced || !isOldEnoughForUnit(*process, time)) {
       continue;
     }
-    if (KnownProcess* const parent = processes_.find(process.parent)) {
-      ensureUnit(process, time);
+    if (KnownProcess* const parent = processes_.find(process->parent)) {
+      ensureUnit(*process, time);
       ensureUnit(*parent, time);
     }
   }
@@ -355,7 +363,7 @@ void ProcessReader::begin(KnownProcess& process, const ProcPidStat& stat,
 }
 
 /// All that the rules go by; of a process that has changed none of it nothing else is asked.
-void ProcessReader::setLineage(KnownProcess& process, const ProcPidStat& stat) const {
+void ProcessReader::setLineage(KnownProcess& process, const ProcPidStat& stat) {
   decltype(process.record.command) command{};
   std::copy_n(stat.name.begin(), std::min(stat.name.size(), command.size()), command.begin());
   bool changed = becomes(process.record.command, command);
@@ -370,7 +378,7 @@ void ProcessReader::setLineage(KnownProcess& process, const ProcPidStat& stat) c
     changed = true;
   }
   if (changed) {
-    process.isPlaced = false;
+    processes_.unplace(process);
   }
 }
 
@@ -419,7 +427,7 @@ void ProcessReader::readUnit(KnownProcess& process) {
   process.unitState = Unit::read;
   if (becomes(process.unit,
               path.empty() ? std::uint64_t{0} : std::hash<std::string_view>()(path))) {
-    process.isPlaced = false;
+    processes_.unplace(process);
   }
 }
 

@@ -96,7 +96,7 @@ class ProcessReader {
   bool readStat(KnownProcess& process, const ReadingTime& time,
                 const std::optional<std::uint64_t>& clock);
   void begin(KnownProcess& process, const ProcPidStat& stat, const ReadingTime& time) const;
-  void setLineage(KnownProcess& process, const ProcPidStat& stat) const;
+  void setLineage(KnownProcess& process, const ProcPidStat& stat);
   void setEndedChildren(KnownProcess& process, const ProcPidStat& stat);
   void setFigures(KnownProcess& process, const ProcPidStat& stat,
                   const std::optional<std::uint64_t>& clock) const;

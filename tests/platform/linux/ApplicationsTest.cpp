@@ -55,7 +55,7 @@ class Machine {
     process.isSessionUnit =
         given.unit.empty() ? from.isSessionUnit : given.unit.starts_with("session-");
     process.unitState = KnownProcess::Unit::read;
-    process.isPlaced = false;
+    processes.unplace(process);
   }
   void end(std::int32_t pid) {
     std::erase_if(processes.all, [pid](const auto& each) { return each.record.pid == pid; });
