@@ -12,132 +12,130 @@ namespace {
 constexpr std::int32_t kNone = 0;
 constexpr std::int32_t kFirstProcess = 1;
 
-/// Sorted, and as long as the kernel keeps a command's name: 15 bytes. Programs of the same family
-/// begin with the same letters ("sshd-session", "lightdm-gtk-greeter").
-constexpr std::array kLaunchers = std::to_array<std::string_view>({"Hyprland",
-                                                                   "Thunar",
-                                                                   "awesome",
-                                                                   "bspwm",
-                                                                   "budgie-panel",
-                                                                   "budgie-wm",
-                                                                   "cairo-dock",
-                                                                   "caja",
-                                                                   "cinnamon",
-                                                                   "compiz",
-                                                                   "conmon",
-                                                                   "containerd-shim",
-                                                                   "cosmic-comp",
-                                                                   "cosmic-panel",
-                                                                   "cosmic-session",
-                                                                   "dbus-broker-lau",
-                                                                   "dbus-daemon",
-                                                                   "dbus-launch",
-                                                                   "dinit",
-                                                                   "dmenu_run",
-                                                                   "dwm",
-                                                                   "enlightenment",
-                                                                   "fluxbox",
-                                                                   "fuzzel",
-                                                                   "fvwm",
-                                                                   "gdm",
-                                                                   "gnome-panel",
-                                                                   "gnome-session",
-                                                                   "gnome-shell",
-                                                                   "greetd",
-                                                                   "herbstluftwm",
-                                                                   "i3",
-                                                                   "icewm",
-                                                                   "init",
-                                                                   "jwm",
-                                                                   "kded5",
-                                                                   "kded6",
-                                                                   "kdeinit5",
-                                                                   "kglobalaccel5",
-                                                                   "klauncher",
-                                                                   "krunner",
-                                                                   "ksmserver",
-                                                                   "kwin",
-                                                                   "labwc",
-                                                                   "latte-dock",
-                                                                   "lightdm",
-                                                                   "login",
-                                                                   "lxdm",
-                                                                   "lxpanel",
-                                                                   "lxqt-panel",
-                                                                   "lxqt-runner",
-                                                                   "lxqt-session",
-                                                                   "lxsession",
-                                                                   "ly-dm",
-                                                                   "marco",
-                                                                   "mate-panel",
-                                                                   "mate-session",
-                                                                   "metacity",
-                                                                   "muffin",
-                                                                   "mutter",
-                                                                   "nautilus",
-                                                                   "nemo",
-                                                                   "niri",
-                                                                   "openbox",
-                                                                   "openrc-init",
-                                                                   "pcmanfm",
-                                                                   "plank",
-                                                                   "plasma_session",
-                                                                   "plasmashell",
-                                                                   "polybar",
-                                                                   "qtile",
-                                                                   "river",
-                                                                   "rofi",
-                                                                   "runsv",
-                                                                   "s6-supervise",
-                                                                   "s6-svscan",
-                                                                   "sddm",
-                                                                   "slim",
-                                                                   "sshd",
-                                                                   "startplasma",
-                                                                   "supervise-daemo",
-                                                                   "supervisord",
-                                                                   "sway",
-                                                                   "swhkd",
-                                                                   "sxhkd",
-                                                                   "systemd",
-                                                                   "thunar",
-                                                                   "tint2",
-                                                                   "tofi",
-                                                                   "ulauncher",
-                                                                   "waybar",
-                                                                   "wayfire",
-                                                                   "weston",
-                                                                   "wofi",
-                                                                   "xbindkeys",
-                                                                   "xdm",
-                                                                   "xfce4-appfinde",
-                                                                   "xfce4-panel",
-                                                                   "xfce4-session",
-                                                                   "xfdesktop",
-                                                                   "xfwm4",
-                                                                   "xinit",
-                                                                   "xmonad"});
+/// Sorted, and as long as the kernel keeps a command's name: 15 bytes.
+constexpr std::array kLaunchers = std::to_array<std::string_view>({
+    "Hyprland",
+    "Thunar",
+    "awesome",
+    "bspwm",
+    "budgie-panel",
+    "budgie-wm",
+    "cairo-dock",
+    "caja",
+    "cinnamon",
+    "cinnamon-sessio",
+    "compiz",
+    "conmon",
+    "containerd-shim",
+    "cosmic-comp",
+    "cosmic-panel",
+    "cosmic-session",
+    "dbus-broker-lau",
+    "dbus-daemon",
+    "dbus-launch",
+    "dinit",
+    "dmenu_run",
+    "dwm",
+    "enlightenment",
+    "fluxbox",
+    "fuzzel",
+    "fvwm2",
+    "fvwm3",
+    "gdm",
+    "gdm3",
+    "gnome-panel",
+    "gnome-session",
+    "gnome-shell",
+    "greetd",
+    "herbstluftwm",
+    "i3",
+    "icewm",
+    "init",
+    "jwm",
+    "kded5",
+    "kded6",
+    "kdeinit5",
+    "kglobalaccel5",
+    "klauncher",
+    "krunner",
+    "ksmserver",
+    "labwc",
+    "latte-dock",
+    "lightdm",
+    "login",
+    "lxdm",
+    "lxpanel",
+    "lxqt-panel",
+    "lxqt-runner",
+    "lxqt-session",
+    "lxsession",
+    "ly-dm",
+    "marco",
+    "mate-panel",
+    "mate-session",
+    "metacity",
+    "muffin",
+    "mutter",
+    "nautilus",
+    "nemo",
+    "niri",
+    "openbox",
+    "openrc-init",
+    "pcmanfm",
+    "plank",
+    "plasma_session",
+    "plasmashell",
+    "polybar",
+    "qtile",
+    "river",
+    "rofi",
+    "runsv",
+    "s6-supervise",
+    "s6-svscan",
+    "sddm",
+    "slim",
+    "sshd",
+    "supervise-daemo",
+    "supervisord",
+    "sway",
+    "swhkd",
+    "sxhkd",
+    "systemd",
+    "thunar",
+    "tint2",
+    "tofi",
+    "ulauncher",
+    "waybar",
+    "wayfire",
+    "weston",
+    "wofi",
+    "xbindkeys",
+    "xdm",
+    "xfce4-appfinder",
+    "xfce4-panel",
+    "xfce4-session",
+    "xfdesktop",
+    "xfwm4",
+    "xinit",
+    "xmonad",
+});
 static_assert(std::is_sorted(kLaunchers.begin(), kLaunchers.end()));
 
-bool isLetter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
+/// What launchers' names begin with that go on in several ways. A plug-in of Xfce's panel is a
+/// process of its own that starts programs for it.
+constexpr std::array kLauncherPrefixes = std::to_array<std::string_view>(
+    {"gdm-", "gnome-session-", "kwin_", "lightdm-", "panel-", "sshd-", "startplasma-"});
 
-/// The one that the command's name begins with, as a word; empty for none.
+/// The launcher that programs of that name are parts of ("sshd-session" is one of "sshd"); empty
+/// for none.
 std::string_view launcherFamily(std::string_view command) {
-  // A plug-in of Xfce's panel is a process of its own that starts programs for it.
-  constexpr std::string_view kPanelPlugin = "panel-";
-  if (command.starts_with(kPanelPlugin)) {
-    return kPanelPlugin;
-  }
-  for (std::size_t length = command.size(); length > 1; --length) {
-    const std::string_view front = command.substr(0, length);
-    const bool isWord = length == command.size() || !isLetter(command[length]);
-    if (isWord && std::binary_search(kLaunchers.begin(), kLaunchers.end(), front)) {
-      return front;
+  for (const std::string_view prefix : kLauncherPrefixes) {
+    if (command.starts_with(prefix)) {
+      return prefix.substr(0, prefix.size() - 1);
     }
   }
-  return {};
+  return std::binary_search(kLaunchers.begin(), kLaunchers.end(), command) ? command
+                                                                           : std::string_view();
 }
 
 /// It is given the children of those that have ended, beside its own.
@@ -167,12 +165,12 @@ bool beginsTerminalSession(const KnownProcess& process, const KnownProcess& pare
          (process.session == process.record.pid && process.terminal != 0 && parent.terminal == 0);
 }
 
-/// A launcher is an application, too, whoever starts it.
+/// A launcher is an application, too, whoever starts it. Up to the moment when a new process runs
+/// another program it is a copy of its parent.
 bool isLaunchedBy(const KnownProcess& process, const KnownProcess& parent) {
+  const std::string_view own = launcherFamily(process.record.name());
   const std::string_view family = launcherFamily(parent.record.name());
-  // Up to the moment when it runs another program it is a copy of the launcher.
-  const bool isOfFamily = !family.empty() && process.record.name().starts_with(family);
-  return !isOfFamily && (!family.empty() || isLauncher(process.record.name()));
+  return own != family && !(own.empty() && family.empty());
 }
 
 }  // namespace

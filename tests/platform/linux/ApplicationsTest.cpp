@@ -144,7 +144,7 @@ TEST(Applications, OfEverydaySituations) {
         {15, 14, "firefox"},
         {16, 15, "Web Content"},
         {17, 13, "xfce4-panel"},
-        {18, 13, "code"},
+        {18, 13, "i3-like"},
         {19, 18, "code"},
         {20, 19, "bash", 20, 20, 5, true}},
        "1 | 10 | 11 | 12 | 13 17 | 14 | 15 16 | 18 19 | 20"},
