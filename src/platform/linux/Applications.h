@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
 #include <vector>
 
 #include "platform/linux/KnownProcess.h"
@@ -44,9 +43,5 @@ class Applications {
   std::vector<std::int32_t> pending_;  ///< kept for its storage only
   std::uint32_t reading_ = 0;
 };
-
-/// Whether a program of that command name starts others on a user's or an administrator's behalf:
-/// they are no part of it.
-bool isLauncher(std::string_view command);
 
 }  // namespace vel
