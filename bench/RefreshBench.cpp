@@ -60,8 +60,6 @@ BENCHMARK(updateModelLive);
 /// /proc's listing with its link count.
 void kernelTextsLive(benchmark::State& state) {
   const std::array files = {open("/proc/stat", O_RDONLY | O_CLOEXEC),
-                            open("/sys/devices/system/cpu/online", O_RDONLY | O_CLOEXEC),
-                            open("/sys/devices/system/cpu/online", O_RDONLY | O_CLOEXEC),
                             open("/proc/loadavg", O_RDONLY | O_CLOEXEC),
                             open("/proc/loadavg", O_RDONLY | O_CLOEXEC)};
   const int proc = open("/proc", O_RDONLY | O_CLOEXEC | O_DIRECTORY);
@@ -116,9 +114,7 @@ BENCHMARK(updateModelTree)->Arg(8)->Arg(256)->Arg(1024)->Complexity(benchmark::o
 void treeTexts(benchmark::State& state) {
   const MachineTree tree;
   writeSyntheticMachine(tree, shapeOf(state.range(0)), [](int cpu) { return columnsOf(cpu, 0); });
-  const std::filesystem::path online = tree.sys() / "devices/system/cpu/online";
-  const std::array paths = {tree.proc() / "stat", online, online, tree.proc() / "loadavg",
-                            tree.proc() / "loadavg"};
+  const std::array paths = {tree.proc() / "stat", tree.proc() / "loadavg", tree.proc() / "loadavg"};
   std::vector<char> buffer(std::size_t{1} << 20U);
   for (auto _ : state) {
     for (const auto& path : paths) {

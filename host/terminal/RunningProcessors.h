@@ -1,9 +1,7 @@
 // Which of the kernel's processors the record's indices stand for.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 #include "platform/kernel/Kernel.h"
@@ -27,9 +25,9 @@ class RunningProcessors {
   void read();
 
   Kernel& kernel_;
-  std::optional<std::uint32_t> count_;
-  std::vector<RunningProcessor> current_;
-  std::vector<RunningProcessor> next_;
+  std::vector<ProcessorState> states_;
+  std::vector<RunningProcessor> current_;  ///< of the record
+  std::vector<RunningProcessor> latest_;   ///< of the kernel
 };
 
 }  // namespace vel

@@ -269,18 +269,23 @@ TEST(RunningProcessors, FollowTheRecordAsProcessorsComeAndGo) {
   ScriptedKernel kernel;
   kernel.identities = {0, 4, 1, 5};
   kernel.processors.resize(4);
-  kernel.logical = 4;
   RunningProcessors running(kernel);
   const std::string all = "0=0 1=2 4=1 5=3 ";
   EXPECT_EQ(numbersOf(running), all);
   kernel.processors[1].running = false;
-  kernel.logical = 3;
   EXPECT_EQ(numbersOf(running), all);  // the sample of the change is left out of the record
   EXPECT_EQ(numbersOf(running), "0=0 1=1 5=2 ");
-  kernel.ticksReadable = false;
-  kernel.logical = 2;
+  kernel.identities = {0, -1, 2, 5};  // another one for it, of which the module needs no count
+  EXPECT_EQ(numbersOf(running), "0=0 2=1 5=2 ");
+  kernel.processors[1].running = true;
+  kernel.identities[1] = 4;
+  EXPECT_EQ(numbersOf(running), "0=0 2=1 5=2 ");
+  kernel.processors[0].running = false;  // and another change before the next sample
+  EXPECT_EQ(numbersOf(running), "0=0 2=1 5=2 ");
+  EXPECT_EQ(numbersOf(running), "2=1 4=0 5=2 ");
+  kernel.statesReadable = false;
   numbersOf(running);
-  EXPECT_EQ(numbersOf(running), "0=0 1=1 ");
+  EXPECT_EQ(numbersOf(running), "");
 }
 
 }  // namespace

@@ -35,17 +35,15 @@ bundle alert '"contract" = "4"; "gauges" = "1"; "alert" = "<b>%s\U202e\U001b [7]
 bundle cores '"contract" = "4"; "share" = "75"; "gauges" = "8";'
 
 # A machine on which as many processors run as the scripted module has.
-mkdir -p "$scratch/machine/proc" "$scratch/machine/sys/devices/system/cpu"
-for list in present online; do
-  echo 0-7 >"$scratch/machine/sys/devices/system/cpu/$list"
-done
+mkdir -p "$scratch"/machine/{proc,sys}
+printf 'cpu%d 9 0 9 9\n' {0..7} >"$scratch/machine/proc/stat"
+echo 'btime 1' >>"$scratch/machine/proc/stat"
 sound=(--bundle "$scratch/sound" --proc "$scratch/machine/proc" --sys "$scratch/machine/sys")
 
 # machineWith NAME...: "$scratch/busy", a machine with a processor and a process of each of these names, all of them old.
 machineWith() {
   local pid=100 name
-  mkdir -p "$scratch/busy/proc" "$scratch/busy/sys/devices/system/cpu"
-  echo 0 | tee "$scratch"/busy/sys/devices/system/cpu/{possible,present,online} >/dev/null
+  mkdir -p "$scratch"/busy/{proc,sys}
   echo '1.00 0.50 0.25 1/9 1' >"$scratch/busy/proc/loadavg"
   printf '%s\n' 'cpu 9 0 9 9 0 0 0 0 0 0' 'cpu0 9 0 9 9 0 0 0 0 0 0' "btime $(($(date +%s) - 100000))" \
     >"$scratch/busy/proc/stat"

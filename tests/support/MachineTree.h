@@ -9,7 +9,7 @@
 
 namespace vel::test {
 
-/// Removed with the object. Paths are relative: "proc/stat", "sys/devices/system/cpu/online". What
+/// Removed with the object. Paths are relative: "proc/stat", "sys/devices/system/cpu/present". What
 /// cannot be done is thrown as an exception derived from std::exception.
 class MachineTree {
  public:

@@ -36,16 +36,15 @@ class ScriptedKernel : public Kernel {
       for (const auto ticks : {processor.user, processor.system, processor.idle, processor.nice}) {
         sample.counters.push_back(static_cast<std::uint64_t>(ticks));
       }
-      sample.processors.push_back(identities.empty() ? i : identities.at(static_cast<unsigned>(i)));
-      ++i;
+      sample.processors.push_back(identityAt(i++));
     }
     return ticksReadable;
   }
 
   bool readProcessorStates(std::vector<ProcessorState>& states) override {
     states.clear();
-    for (const auto& processor : processors) {
-      states.push_back({processor.running, processor.core});
+    for (std::int32_t i = 0; const auto& processor : processors) {
+      states.push_back({processor.running, processor.core, identityAt(i++)});
     }
     return statesReadable;
   }
@@ -111,6 +110,11 @@ class ScriptedKernel : public Kernel {
   bool processesListable = true;
   std::int32_t own = -1;
   std::map<std::int32_t, std::string> executables;
+
+ private:
+  [[nodiscard]] std::int32_t identityAt(std::int32_t i) const {
+    return identities.empty() ? i : identities.at(static_cast<unsigned>(i));
+  }
 };
 
 class ManualClock : public Clock {

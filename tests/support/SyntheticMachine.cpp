@@ -35,9 +35,7 @@ void writeSyntheticMachine(const MachineTree& tree, const MachineShape& shape,
     std::filesystem::create_directory(tree.proc() / std::to_string(process));
   }
   const std::string cpus = "sys/devices/system/cpu/";
-  for (const char* list : {"present", "online"}) {
-    tree.write(cpus + list, "0-" + std::to_string(shape.processors() - 1) + '\n');
-  }
+  tree.write(cpus + "present", "0-" + std::to_string(shape.processors() - 1) + '\n');
   for (int cpu = 0; cpu < shape.processors(); ++cpu) {
     const int core = cpu % shape.cores();
     std::string siblings = std::to_string(core);

@@ -25,7 +25,7 @@ using StatColumns = std::array<std::uint64_t, 10>;
 using StatColumnsOf = std::function<StatColumns(int cpu)>;
 
 /// Writes a machine that has every processor online: /proc/stat, /proc/loadavg, 100 processes, and
-/// the lists and the topology in sysfs.
+/// their list and the topology in sysfs.
 void writeSyntheticMachine(const MachineTree& tree, const MachineShape& shape,
                            const StatColumnsOf& columnsOf);
 

@@ -20,13 +20,13 @@ struct TickSample {
   /// The identity of a processor whose counters the kernel does not give, as while it is offline.
   static constexpr std::int32_t kNoProcessor = -1;
 
-  /// Four integers per processor, at 4i + State. On a machine whose counters have 32 bits they wrap
-  /// there.
+  /// Four integers per processor, at 4i + State, that do not wrap where the machine's own do. One
+  /// may step back, even below 0: what it gained between two samples is the difference in unsigned
+  /// arithmetic, read as signed.
   std::vector<std::uint64_t> counters;
 
   /// Per processor, whose counters these are, or `kNoProcessor`. Counters of two samples can be
-  /// compared only where the identities are equal: the order may change when processors come or go,
-  /// and does so only in a call of `processorCount` or `physicalCoreCount`.
+  /// compared only where the identities are equal: the order may change when processors come or go.
   std::vector<std::int32_t> processors;
 };
 
@@ -37,6 +37,8 @@ struct ProcessorState {
   /// Of a running processor: those with the same number share a core. `kNoCore` where that is not
   /// known of any.
   std::int32_t core = kNoCore;
+  /// Of a running processor, as in the sample of its ticks.
+  std::int32_t identity = TickSample::kNoProcessor;
 };
 
 /// Tasks (processes) and threads of the whole system.
@@ -94,14 +96,15 @@ class Kernel {
   /// Physical cores with a processor online.
   virtual std::optional<std::uint32_t> physicalCoreCount() = 0;
 
-  /// Processors online.
+  /// Processors online, as the latest `readTicks` or `processorCount` has found them.
   virtual std::optional<std::uint32_t> logicalProcessorCount() = 0;
 
   /// Overwrites `sample`, whose storage is kept from call to call. After false its content is of no
   /// use.
   virtual bool readTicks(TickSample& sample) = 0;
 
-  /// The processors of `readTicks`, in the same order. As there, storage is kept.
+  /// The processors of the latest `readTicks`, in the same order, without reading anew what that
+  /// has read. As there, storage is kept.
   virtual bool readProcessorStates(std::vector<ProcessorState>& states) = 0;
 
   virtual std::optional<SystemLoad> systemLoad() = 0;

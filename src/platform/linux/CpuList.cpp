@@ -66,4 +66,13 @@ bool CpuList::contains(std::int32_t cpu) const {
   return range != ranges_.end() && range->first <= cpu;
 }
 
+/// No two ranges touch, so each of the others lies within one.
+bool CpuList::containsAll(const CpuList& others) const {
+  return std::all_of(others.ranges_.begin(), others.ranges_.end(), [this](const Range& other) {
+    return std::any_of(ranges_.begin(), ranges_.end(), [&other](const Range& range) {
+      return range.first <= other.first && other.last <= range.last;
+    });
+  });
+}
+
 }  // namespace vel

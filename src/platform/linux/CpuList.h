@@ -28,6 +28,7 @@ class CpuList {
   [[nodiscard]] bool empty() const { return ranges_.empty(); }
   [[nodiscard]] std::uint32_t count() const;
   [[nodiscard]] bool contains(std::int32_t cpu) const;
+  [[nodiscard]] bool containsAll(const CpuList& others) const;
 
   /// Of a list that is not empty.
   [[nodiscard]] std::int32_t first() const { return ranges_.front().first; }

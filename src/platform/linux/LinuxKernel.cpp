@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <ctime>
 #include <limits>
@@ -16,8 +17,6 @@
 namespace vel {
 
 namespace {
-
-constexpr std::int32_t kNotInOrder = -1;
 
 /// A list file that is missing or malformed and one that lists nothing are alike: nothing can be
 /// told from it.
@@ -45,63 +44,60 @@ LinuxKernel::LinuxKernel(const std::filesystem::path& proc, const std::filesyste
       statFile_(proc / "stat"),
       loadavgFile_(proc / "loadavg"),
       presentFile_(cpuDirectory_ / "present"),
-      onlineFile_(cpuDirectory_ / "online"),
       processes_(proc),
       processDirectory_(proc),
       processReader_(processDirectory_) {}
 
 std::optional<std::uint32_t> LinuxKernel::processorCount() {
-  if (!readPresentAndOnline()) {
+  readStat();
+  if (counters_.cpus().empty()) {
     return std::nullopt;
   }
-  if (!arranged_.empty() && arranged_ != present_ && !makeOrder()) {
-    return std::nullopt;
+  if (CpuList present = readPresent(); present != present_ || online_ != counters_.cpus()) {
+    makeOrder(std::move(present));
   }
   return present_.count();
 }
 
 std::optional<std::uint32_t> LinuxKernel::physicalCoreCount() {
-  return makeOrder() ? std::optional(topology_.onlineCores) : std::nullopt;
+  if (!hasLines()) {
+    return std::nullopt;
+  }
+  makeOrder(readPresent());
+  return topology_.onlineCores;
 }
 
 std::optional<std::uint32_t> LinuxKernel::logicalProcessorCount() {
-  return readOnline() ? std::optional(online_.count()) : std::nullopt;
+  return hasLines() ? std::optional(counters_.cpus().count()) : std::nullopt;
 }
 
 bool LinuxKernel::readTicks(TickSample& sample) {
-  if (!ensureOrder()) {
+  if (!readStat() || !ensureOrder()) {
     return false;
   }
   sample.processors.assign(topology_.order.size(), TickSample::kNoProcessor);
   sample.counters.assign(topology_.order.size() * TickSample::kStates, 0);
-  return readStat([this, &sample](const CpuTicks& ticks) {
-    const auto cpu = static_cast<std::size_t>(ticks.cpu);
-    if (cpu >= positions_.size() || positions_[cpu] == kNotInOrder) {
-      return;
-    }
-    const auto position = static_cast<std::size_t>(positions_[cpu]);
-    sample.processors[position] = ticks.cpu;
-    std::uint64_t* const counters = &sample.counters[position * TickSample::kStates];
-    counters[TickSample::user] = ticks.user;
-    counters[TickSample::system] = ticks.system;
-    counters[TickSample::idle] = ticks.idle;
-    counters[TickSample::nice] = ticks.nice;
-  });
+  for (const TickCounters::Processor& processor : counters_.processors()) {
+    const std::size_t position = positions_[static_cast<std::size_t>(processor.line.cpu)];
+    sample.processors[position] = processor.line.cpu;
+    std::copy(processor.counters.begin(), processor.counters.end(),
+              &sample.counters[position * TickSample::kStates]);
+  }
+  return true;
 }
 
-template <typename Visit>
-bool LinuxKernel::readStat(Visit visit) {
-  statRead_ = statFile_.read() && forEachCpu(statFile_.text(), visit);
+bool LinuxKernel::readStat() {
+  statRead_ = statFile_.read() && counters_.read(statFile_.text());
   return statRead_;
 }
 
 bool LinuxKernel::readProcessorStates(std::vector<ProcessorState>& states) {
-  if (!ensureOrder() || !readOnline()) {
+  if (!ensureOrder()) {
     return false;
   }
   states.assign(topology_.order.size(), ProcessorState{});
-  for (std::size_t i = 0; i < states.size(); ++i) {
-    states[i].running = online_.contains(topology_.order[i]);
+  for (std::size_t i = 0; i < topology_.cores.size(); ++i) {
+    states[i] = {.running = true, .core = topology_.cores[i], .identity = topology_.order[i]};
   }
   return true;
 }
@@ -186,34 +182,30 @@ std::optional<std::string> LinuxKernel::executablePath(std::int32_t pid) {
   return processDirectory_.executablePath(pid);
 }
 
-bool LinuxKernel::readPresentAndOnline() {
-  if (readList(presentFile_, present_) && readList(onlineFile_, online_)) {
-    return true;
-  }
-  if (!readCpusWithLines(present_)) {
-    return false;
-  }
-  online_ = present_;
-  return true;
+bool LinuxKernel::hasLines() {
+  return !counters_.cpus().empty() || readStat();
 }
 
-bool LinuxKernel::readOnline() {
-  return readList(onlineFile_, online_) || readCpusWithLines(online_);
-}
-
-bool LinuxKernel::readCpusWithLines(CpuList& cpus) {
-  cpus.clear();
-  return readStat([&cpus](const CpuTicks& ticks) { cpus.append(ticks.cpu); });
+CpuList LinuxKernel::readPresent() {
+  CpuList present;
+  return readList(presentFile_, present) && present.containsAll(counters_.cpus())
+             ? present
+             : counters_.cpus();
 }
 
 bool LinuxKernel::ensureOrder() {
-  return !arranged_.empty() || makeOrder();
-}
-
-bool LinuxKernel::makeOrder() {
-  if (!readPresentAndOnline()) {
+  if (!hasLines()) {
     return false;
   }
+  if (online_ != counters_.cpus()) {
+    makeOrder(readPresent());
+  }
+  return true;
+}
+
+void LinuxKernel::makeOrder(CpuList present) {
+  present_ = std::move(present);
+  online_ = counters_.cpus();
   std::vector<PlacedProcessor> processors;
   processors.reserve(present_.count());
   present_.forEach([this, &processors](std::int32_t cpu) {
@@ -222,12 +214,10 @@ bool LinuxKernel::makeOrder() {
         {.cpu = cpu, .core = online ? std::optional(readCore(cpu)) : std::nullopt});
   });
   topology_ = arrangeProcessors(std::move(processors));
-  arranged_ = present_;
-  positions_.assign(static_cast<std::size_t>(present_.last()) + 1, kNotInOrder);
-  for (std::size_t i = 0; i < topology_.order.size(); ++i) {
-    positions_[static_cast<std::size_t>(topology_.order[i])] = static_cast<std::int32_t>(i);
+  positions_.assign(static_cast<std::size_t>(online_.last()) + 1, 0);
+  for (std::size_t i = 0; i < topology_.cores.size(); ++i) {
+    positions_[static_cast<std::size_t>(topology_.order[i])] = i;
   }
-  return true;
 }
 
 /// From the files of Documentation/admin-guide/cputopology.rst. thread_siblings_list is the older

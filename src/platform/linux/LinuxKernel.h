@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -14,15 +15,19 @@
 #include "platform/linux/ProcessDirectory.h"
 #include "platform/linux/ProcessReader.h"
 #include "platform/linux/TextFile.h"
+#include "platform/linux/TickCounters.h"
 #include "platform/linux/Topology.h"
 
 namespace vel {
 
-/// The processors of the order are those present; it is made when first needed and again by
-/// `physicalCoreCount`, and by `processorCount` when others are present. Where sysfs does not list
-/// the processors, those with a line in /proc/stat count as present and online; it is read again
-/// each time that this is asked for. All storage is kept, so that readings allocate nothing unless
-/// the order is made or there is more to hold than ever before.
+/// The processors with a line in /proc/stat are those online, whatever sysfs says: containers have
+/// a /proc/stat of their own, with other numbers. Present are those that sysfs lists, where these
+/// lines are among them, else the lines alone. `readTicks` and `processorCount` read the lines, all
+/// else goes by those of the latest successful reading, or by a new one where there has been none.
+/// The order is of the processors present; it is made when first needed and again when the lines
+/// are others, by `physicalCoreCount`, and by `processorCount` when others are present. All storage
+/// is kept, so that readings allocate nothing unless the order is made or there is more to hold
+/// than ever before.
 class LinuxKernel : public Kernel {
  public:
   /// The roots of procfs and sysfs, or of files captured from another machine's.
@@ -33,8 +38,6 @@ class LinuxKernel : public Kernel {
   std::optional<std::uint32_t> physicalCoreCount() override;
   std::optional<std::uint32_t> logicalProcessorCount() override;
 
-  /// system has the time of interrupts and the time stolen by a hypervisor inside, idle that of
-  /// waiting for I/O.
   bool readTicks(TickSample& sample) override;
   bool readProcessorStates(std::vector<ProcessorState>& states) override;
   std::optional<SystemLoad> systemLoad() override;
@@ -65,17 +68,13 @@ class LinuxKernel : public Kernel {
   [[nodiscard]] bool sharesPids() const { return processDirectory_.sharesPids(); }
 
  private:
-  bool readPresentAndOnline();
-  bool readOnline();
-  bool readCpusWithLines(CpuList& cpus);
-  bool makeOrder();
+  bool readStat();
+  bool hasLines();
+  CpuList readPresent();
+  void makeOrder(CpuList present);
   bool ensureOrder();
 
   std::optional<ReadingTime> readingTime();
-
-  /// Visits the processors' lines.
-  template <typename Visit>
-  bool readStat(Visit visit);
 
   [[nodiscard]] CoreIdentity readCore(std::int32_t cpu) const;
 
@@ -83,18 +82,16 @@ class LinuxKernel : public Kernel {
   TextFile statFile_;
   TextFile loadavgFile_;
   TextFile presentFile_;
-  TextFile onlineFile_;
   ProcessCount processes_;
   ProcessDirectory processDirectory_;
   ProcessReader processReader_;
 
-  CpuList present_;
-  CpuList online_;
-
+  TickCounters counters_;
   Topology topology_;
-  CpuList arranged_;                     ///< the processors of the order, by number
-  std::vector<std::int32_t> positions_;  ///< by processor number, the place in the order or -1
-  bool statRead_ = false;                ///< statFile_ holds a text that a caller has made sense of
+  CpuList present_;                     ///< the processors of the order
+  CpuList online_;                      ///< those with a line when it was made
+  std::vector<std::size_t> positions_;  ///< of those, by number, the place in the order
+  bool statRead_ = false;               ///< statFile_ holds a text that a caller has made sense of
 };
 
 }  // namespace vel

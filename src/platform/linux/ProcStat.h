@@ -2,6 +2,8 @@
 // statistics").
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -11,13 +13,16 @@
 
 namespace vel {
 
-/// One processor's cumulative time by what it was spent on, in clock ticks.
-struct CpuTicks {
+/// One processor's line: its cumulative time by what it was spent on, in clock ticks.
+struct CpuLine {
+  /// In the kernel's order. The first four were always there; guest and guest_nice, which follow,
+  /// are inside user and nice already.
+  enum Column : std::uint8_t { user, nice, system, idle, iowait, irq, softirq, steal };
+  static constexpr std::size_t kColumns = 8;
+  static constexpr std::size_t kOldestColumns = 4;
+
   std::int32_t cpu = 0;
-  std::uint64_t user = 0;    ///< with guests' time inside
-  std::uint64_t nice = 0;    ///< likewise
-  std::uint64_t system = 0;  ///< interrupts and time stolen by the hypervisor inside
-  std::uint64_t idle = 0;    ///< waiting for I/O inside
+  std::array<std::uint64_t, kColumns> ticks{};  ///< 0 where an old kernel has no such column
 };
 
 /// Whether `line` is one processor's: "cpu3 …", as against "cpu  …", the sum of them.
@@ -27,9 +32,9 @@ inline bool isCpuLine(std::string_view line) {
 
 /// Reads a line for which `isCpuLine` holds, without its newline. Nothing when a number is missing,
 /// is no number or does not fit.
-std::optional<CpuTicks> parseCpuLine(std::string_view line);
+std::optional<CpuLine> parseCpuLine(std::string_view line);
 
-/// Calls `visit(const CpuTicks&)` for each processor's line in turn. False when a line is
+/// Calls `visit(const CpuLine&)` for each processor's line in turn. False when a line is
 /// malformed, the processors do not ascend as the kernel lists them, there is none, or nothing
 /// follows them: the kernel's text goes on with other figures, so this one has been cut short.
 /// `visit` may have been called before that came out.
@@ -42,12 +47,12 @@ bool forEachCpu(std::string_view text, Visit visit) {
     if (goesOn) {
       continue;
     }
-    const std::optional<CpuTicks> ticks = parseCpuLine(*line);
-    if (!ticks || ticks->cpu <= last || ticks->cpu > CpuList::kMaxCpu) {
+    const std::optional<CpuLine> parsed = parseCpuLine(*line);
+    if (!parsed || parsed->cpu <= last || parsed->cpu > CpuList::kMaxCpu) {
       return false;
     }
-    last = ticks->cpu;
-    visit(*ticks);
+    last = parsed->cpu;
+    visit(*parsed);
   }
   return last >= 0 && goesOn;
 }

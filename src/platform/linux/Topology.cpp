@@ -20,10 +20,14 @@ Topology arrangeProcessors(std::vector<PlacedProcessor> processors) {
   std::optional<CoreIdentity> previous;
   for (const PlacedProcessor& processor : processors) {
     topology.order.push_back(processor.cpu);
-    if (processor.core && processor.core != previous) {
-      ++topology.onlineCores;
+    if (!processor.core) {
+      continue;
     }
-    previous = processor.core;
+    if (processor.core != previous) {
+      ++topology.onlineCores;
+      previous = processor.core;
+    }
+    topology.cores.push_back(static_cast<std::int32_t>(topology.onlineCores) - 1);
   }
   return topology;
 }

@@ -27,6 +27,8 @@ struct PlacedProcessor {
 struct Topology {
   /// Every processor's number: by package, core and thread, then the offline ones.
   std::vector<std::int32_t> order;
+  /// Of those of the order that are online, which is its front: the ordinal of the core.
+  std::vector<std::int32_t> cores;
   std::uint32_t onlineCores = 0;
 };
 

@@ -97,10 +97,7 @@ stop HUP
 
 # Above 70 percent and not at it, and only the busy one: the first refresh shows the averages since the start of this
 # machine of two processors.
-mkdir -p "$scratch/machine/proc" "$scratch/machine/sys/devices/system/cpu"
-for list in present online; do
-  echo 0-1 >"$scratch/machine/sys/devices/system/cpu/$list"
-done
+mkdir -p "$scratch"/machine/{proc,sys}
 for load in 70 71; do
   printf 'cpu%s %d 0 %d %d 0 0 0 0\n' '' $((load + 10)) 10 $((180 - load)) 0 $load 0 $((100 - load)) 1 10 10 80 \
     >"$scratch/machine/proc/stat"

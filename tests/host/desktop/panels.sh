@@ -5,10 +5,7 @@ source "$(dirname "$0")/common.sh"
 
 # A machine that stands still, with a thousand processes, so that readings of them stand out.
 machine=$scratch/machine
-mkdir -p "$machine"/proc/{1001..2000} "$machine/sys/devices/system/cpu"
-for list in present online; do
-  echo 0-1 >"$machine/sys/devices/system/cpu/$list"
-done
+mkdir -p "$machine"/{sys,proc/{1001..2000}}
 printf 'cpu%s 60 0 40 100 0 0 0 0\n' '' 0 1 >"$machine/proc/stat"
 echo "btime $((EPOCHSECONDS - 1000))" >>"$machine/proc/stat"
 echo '0.50 0.40 0.30 1/1234 1' >"$machine/proc/loadavg"

@@ -16,6 +16,7 @@
 #include "platform/linux/ProcLoadavg.h"
 #include "platform/linux/ProcPidStat.h"
 #include "platform/linux/ProcStat.h"
+#include "platform/linux/TickCounters.h"
 #include "platform/linux/Topology.h"
 
 namespace vel::test {
@@ -39,29 +40,71 @@ TEST(CpuList, ReadsWhatTheKernelWritesAndNothingElse) {
   }
 }
 
-/// "cpu:user,nice,system,idle …", or "-" for a text that is refused.
-std::string processors(std::string_view stat) {
+/// "cpu:user,system,idle,nice …", or "-" for a text that is refused.
+std::string processors(TickCounters& counters, std::string_view stat) {
   std::ostringstream seen;
-  const bool sound = forEachCpu(stat, [&seen](const CpuTicks& ticks) {
-    seen << ticks.cpu << ':' << ticks.user << ',' << ticks.nice << ',' << ticks.system << ','
-         << ticks.idle << ' ';
-  });
-  return sound ? seen.str() : "-";
+  if (!counters.read(stat)) {
+    return "-";
+  }
+  for (const auto& [line, ticks] : counters.processors()) {
+    seen << line.cpu << ':' << ticks[0] << ',' << ticks[1] << ',' << ticks[2] << ',' << ticks[3]
+         << ' ';
+  }
+  return seen.str();
 }
 
 TEST(ProcStat, ReadsTheProcessorsLines) {
-  EXPECT_EQ(processors("cpu  9 9 9 9\ncpu0 1 2 3 4 10 20 30 40 50 60\ncpu7 1 2 3 4 5\nintr 5\n"),
-            "0:1,2,93,14 7:1,2,3,9 ");
+  TickCounters counters;
+  const std::string sound = "0:1,93,14,2 7:1,3,9,2 ";
+  const char* const stat = "cpu  9 9 9 9\ncpu0 1 2 3 4 10 20 30 40 50 60\ncpu7 1 2 3 4 5\nintr 5\n";
+  EXPECT_EQ(processors(counters, stat), sound);
   for (const std::string_view text :
        {"cpu  9 9 9 9\nintr 5\n", "cpu0 1 2 3 4\ncpu1 1 2 3", "cpu0 1 2 3\nintr 5\n",
         "cpu0 1 2 3 4x\nintr 5\n", "cpu0 18446744073709551616 2 3 4\nintr 5\n",
         "cpu65536 1 2 3 4\nintr 5\n", "cpu1 1 2 3 4\ncpu1 1 2 3 4\nintr 5\n"}) {
-    EXPECT_EQ(processors(text), "-") << text;
+    EXPECT_EQ(processors(counters, text), "-") << text;
   }
+  EXPECT_EQ(processors(counters, stat), sound);
   EXPECT_EQ(parseBootTime("ctxt 1\nbtime 1753430400\nprocesses 2\n"), 1753430400);
   for (const std::string_view text :
        {"ctxt 1\n", "btime 17534", "btime 1x\n", "btime 9223372036854775808\n"}) {
     EXPECT_EQ(parseBootTime(text), std::nullopt) << text;
+  }
+}
+
+TEST(TickCounters, FollowEachColumnOverAWrapAndBack) {
+  constexpr std::uint64_t kEnd = std::uint64_t{1} << 32U;
+  // Of one processor, in turn: the columns idle, iowait and irq, and idle and system as counted.
+  // Without the first, there is no line for it.
+  const std::tuple<const char*, std::optional<std::uint64_t>, std::uint64_t, std::uint64_t,
+                   std::uint64_t, std::uint64_t>
+      readings[] = {
+          {"their sum has more than 32 bits", kEnd - 10, kEnd - 20, 7, 2 * kEnd - 30, 7},
+          {"one of them wraps", 5, kEnd - 18, 8, 2 * kEnd - 13, 8},
+          {"the other one, too", 7, 3, 9, 2 * kEnd + 10, 9},
+          {"back over the wrap", kEnd - 1, 3, 9, 2 * kEnd + 2, 9},
+          {"a step back", kEnd - 3, 3, 5, 2 * kEnd, 5},
+          {"half of the range forward", kEnd / 2 - 4, 3, 5, 2 * kEnd + kEnd / 2 - 1, 5},
+          {"and as far back", kEnd - 4, 3, 5, 2 * kEnd - 1, 5},
+          {"going on beyond 32 bits", kEnd + 6, 3, 5, 2 * kEnd + 9, 5},
+          {"back from there", 2, 3, 5, kEnd + 5, 5},
+          {"up again", kEnd - 9, 3, 5, kEnd - 6, 5},
+          {"offline", {}, 0, 0, 0, 0},
+          {"back from 0", 1, 0, 2, 1, 2},
+      };
+  TickCounters counters;
+  for (const auto& [what, idle, iowait, irq, idleCounted, systemCounted] : readings) {
+    SCOPED_TRACE(what);
+    std::ostringstream stat;
+    if (idle) {
+      stat << "cpu4 0 0 0 " << *idle << ' ' << iowait << ' ' << irq << '\n';
+    }
+    stat << "cpu9 1 1 1 4000000000\nintr\n";
+    const std::string counted =
+        "4:0," + std::to_string(systemCounted) + ',' + std::to_string(idleCounted) + ",0 ";
+    EXPECT_EQ(processors(counters, stat.str()), (idle ? counted : "") + "9:1,1,4000000000,1 ");
+    // Cut short: the other is not offline.
+    EXPECT_EQ(processors(counters, "cpu9 1 1 1 1\n"), "-");
   }
 }
 
