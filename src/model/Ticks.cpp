@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <limits>
 #include <optional>
 
 namespace vel {
@@ -26,13 +25,7 @@ std::optional<std::size_t> positionOf(const TickSample& sample, std::int32_t ide
 }
 
 float gained(std::uint64_t from, std::uint64_t to) {
-  // Unsigned arithmetic runs across a wrap; read as signed, a step back is a negative number.
-  constexpr auto kMost32 = std::numeric_limits<std::uint32_t>::max();
-  const bool mayWrapAt32 = from <= kMost32 && to <= kMost32;
-  const std::int64_t difference =
-      mayWrapAt32 ? static_cast<std::int32_t>(static_cast<std::uint32_t>(to - from))
-                  : static_cast<std::int64_t>(to - from);
-  return static_cast<float>(std::max<std::int64_t>(difference, 0));
+  return static_cast<float>(std::max<std::int64_t>(static_cast<std::int64_t>(to - from), 0));
 }
 
 }  // namespace

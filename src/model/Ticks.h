@@ -38,10 +38,7 @@ Ticks ticksSinceBoot(const TickSample& sample, std::size_t index);
 
 /// What the counters of the processor at position `index` of `sample` have gained since `previous`,
 /// which may hold it at another position. All 0 when one of the samples does not cover the
-/// processor. No count is negative: a counter that steps back, as the kernel's idle and iowait
-/// counters do (Documentation/filesystems/proc.rst), has gained nothing, and one that wraps at 32
-/// bits has gained what it counted across the wrap. Below 2^32 the two are told apart by size: 2^31
-/// ticks, 248 days, is the most that a counter gains or steps back between two samples.
+/// processor. No count is negative: a counter that steps back has gained nothing.
 Ticks ticksBetween(const TickSample& previous, const TickSample& sample, std::size_t index);
 
 }  // namespace vel

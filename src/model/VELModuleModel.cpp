@@ -177,33 +177,41 @@ void VELModuleModel::writeShares(bool statesKnown) {
       statesKnown ? std::min<std::size_t>(numCPUs_, processorStates_.size()) : 0;
   std::uint32_t running = 0;
   Ticks machine;
-  Ticks core;
-  float coreTotal = 0.0F;
+  Core core;
   for (std::size_t i = 0; i < processors; ++i) {
-    if (!processorStates_[i].running) {
+    const ProcessorState& state = processorStates_[i];
+    if (!state.running) {
       continue;
     }
-    if (running % modulophy_ == 0) {
-      core = {};
-      coreTotal = 0.0F;
+    if (running != 0 && beginsCore(core, state)) {
+      writeCoreShares(core);
+      core = Core(core.index + 1);
     }
     const Ticks ticks = ticksOf(i);
     const float total = ticks.total();
     machine += ticks;
-    core += ticks;
-    // Summed like the counts, so that rounding cannot lift a share above 1.
-    coreTotal += total;
+    core.add(state, ticks, total);
     if (total != 0.0F) {
       writeShare(CPUData_, kAllShares, running, ticks, total);
     }
-    // A core's shares pool the ticks of its processors; a core that lacks a processor has none.
-    if (coreTotal != 0.0F && (running + std::int64_t{1}) % modulophy_ == 0) {
-      writeShare(CPUData_, kPhyShares, static_cast<std::uint32_t>(running / modulophy_), core,
-                 coreTotal);
-    }
     ++running;
   }
+  writeCoreShares(core);
   writeMachineShares(CPUData_, machine, numCPUs_);
+}
+
+/// Where it is not known who shares a core, so many neighbours count as one.
+bool VELModuleModel::beginsCore(const Core& current, const ProcessorState& state) const {
+  return state.core == ProcessorState::kNoCore ? current.processors == modulophy_
+                                               : current.number != state.core;
+}
+
+/// A core's shares pool the ticks of its processors. One that may lack processors has none.
+void VELModuleModel::writeCoreShares(const Core& core) {
+  const bool whole = core.number != ProcessorState::kNoCore || core.processors == modulophy_;
+  if (whole && core.total != 0.0F) {
+    writeShare(CPUData_, kPhyShares, core.index, core.ticks, core.total);
+  }
 }
 
 Ticks VELModuleModel::ticksOf(std::size_t processor) const {

@@ -78,9 +78,28 @@ class VELModuleModel {
   bool checkIfCoreInfoNeedUpdate();
 
   // CPU usage.
+  struct Core {
+    explicit Core(std::uint32_t place = 0) : index(place) {}
+
+    void add(const ProcessorState& state, const Ticks& gained, float gainedInAll) {
+      number = state.core;
+      ++processors;
+      ticks += gained;
+      total += gainedInAll;
+    }
+
+    std::uint32_t index;  ///< in the record
+    std::int32_t number = ProcessorState::kNoCore;
+    std::int64_t processors = 0;
+    Ticks ticks;
+    float total = 0.0F;  ///< summed like the counts, so that rounding cannot lift a share above 1
+  };
+
   void updateCPUUsage();
   void resetProcessorShares();
   void writeShares(bool statesKnown);
+  [[nodiscard]] bool beginsCore(const Core& current, const ProcessorState& state) const;
+  void writeCoreShares(const Core& core);
   [[nodiscard]] Ticks ticksOf(std::size_t processor) const;
 
   void updateUpTime();
