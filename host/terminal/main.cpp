@@ -70,6 +70,12 @@ LayoutSize summarySize() {
   return {known ? window.ws_col : kSummarySize.columns, kSummarySize.rows};
 }
 
+/// A record's texts are the user's; in JSON they are for programs, of any country.
+Locale localeFor(const Options& options) {
+  const Locale user = Locale::current();
+  return options.json ? Locale(".", user.languages()) : user;
+}
+
 double secondsBetweenRefreshes(const Options& options, PreferencesStore& store) {
   const auto setting = [&store] {
     return static_cast<double>(HostSettings(store).refreshInterval()) / 1000.0;
@@ -86,7 +92,7 @@ void show(const Options& options, std::vector<std::string> arguments) {
   }
   Signals signals = takeSignals(live);
 
-  const Locale locale = Locale::current();
+  const Locale locale = localeFor(options);
   const auto hostBundle = openHostBundle(kProgram, locale);
   const Bundle* bundle = hostBundle ? &*hostBundle : nullptr;
   HeadlessWorkspace workspace;
