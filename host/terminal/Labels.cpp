@@ -56,6 +56,7 @@ Labels::Labels(const Bundle* bundle)
       helpExplained(decode(localized(bundle, "this page"))),
       keys(decode(localized(bundle, "Keys"))),
       anyKey(decode(localized(bundle, "Any key goes back."))),
+      niceFormat(localized(bundle, "+ %ld%% nice")),
       monthFormat(localized(bundle, "%ldmo")),
       dayFormat(localized(bundle, "%ldd")) {}
 

@@ -53,6 +53,7 @@ struct Labels {
   std::wstring keys;
   std::wstring anyKey;
 
+  std::string niceFormat;   ///< behind the item's percentage; "%ld" is another
   std::string monthFormat;  ///< "%ld" is the number of months
   std::string dayFormat;
 };

@@ -87,8 +87,10 @@ class Layout {
   [[nodiscard]] Line alertLine() const;
   [[nodiscard]] Line itemLine() const;
   [[nodiscard]] bool hasLabels() const { return width_ >= labelWidth_ + kGap + kLongPercentage; }
+  void appendNice(Line& line) const;
   void appendItemPicture(Line& line, int columns) const;
   void appendItemGauges(Line& line, int columns) const;
+  [[nodiscard]] std::wstring badgeText() const;
   [[nodiscard]] Line gaugeLine(const Gauge& gauge) const;
   void appendCell(Line& line, int gauge) const;
   void appendBar(Line& line, Readings::Share share, int columns, Tone tone) const;
@@ -253,6 +255,9 @@ Line Layout::itemLine() const {
   if (hasLabels()) {
     line.push_back({paddedRight(clipped(name, labelWidth_), labelWidth_ + kGap), Tone::strong});
     line.push_back({paddedLeft(text, kLongPercentage)});
+    if (!text.empty()) {
+      appendNice(line);
+    }
     appendItemPicture(line, width_ - widthOf(line) - kGap);
   } else if (item_.gauges.empty() || (width_ >= kShortPercentage && !text.empty())) {
     line.push_back({paddedLeft(text.empty() ? name : text, std::min(width_, kLongPercentage))});
@@ -262,13 +267,32 @@ Line Layout::itemLine() const {
   return line;
 }
 
+/// The item's percentage is without what is niced, unlike the processors' below it. The gauges are
+/// worth more; they do not move where another percentage has one digit more.
+void Layout::appendNice(Line& line) const {
+  const auto textOf = [this](long percent) {
+    return L" " + decode(Locale::formatInteger(labels_.niceFormat, percent));
+  };
+  const long percent = std::lrint(readings_.nice.value_or(0.0F) * 100.0F);
+  const std::wstring text = paddedRight(textOf(percent), widthOf(textOf(10)));
+  const int gauges = std::max(kLeastBar, static_cast<int>(item_.gauges.size()));
+  const int rest = width_ - widthOf(line) - kGap - gauges - widthOf(badgeText());
+  if (percent > 0 && widthOf(text) <= rest) {
+    line.push_back({text, Tone::faint});
+  }
+}
+
+std::wstring Layout::badgeText() const {
+  return item_.badge.empty() ? L"" : L" [" + decode(item_.badge) + L"]";
+}
+
 /// The gauges and the badge, at most so wide.
 void Layout::appendItemPicture(Line& line, int columns) const {
   if (columns < kLeastBar) {
     return;
   }
   line.push_back({std::wstring(kGap, L' ')});
-  const std::wstring badge = item_.badge.empty() ? L"" : L" [" + decode(item_.badge) + L"]";
+  const std::wstring badge = badgeText();
   const int columnsLeft = columns - widthOf(badge);
   appendItemGauges(line, columnsLeft >= kLeastBar ? columnsLeft : columns);
   if (columnsLeft >= kLeastBar) {

@@ -186,6 +186,21 @@ TEST_F(LayoutTest, ANarrowDisplayHasTheItemAsTextOrGauges) {
   item_.badge = "d";
   EXPECT_EQ(itemAt(24), L"CPU         62%  ████▍··");
   EXPECT_EQ(itemAt(25), L"CPU         62%  ██▌· [d]");
+  // What is niced is told where there is room for it beside the picture.
+  Readings niced = readingsOf(2);
+  niced.nice = 0.2683F;
+  const auto nicedAt = [&](int columns) { return shown(niced, {columns, 1})[0]; };
+  EXPECT_EQ(nicedAt(36), L"CPU         62% + 27% nice  ██▌· [d]");
+  EXPECT_EQ(nicedAt(35), itemAt(35));
+  niced.nice = 0.02F;
+  EXPECT_EQ(nicedAt(36), L"CPU         62% + 2% nice   ██▌· [d]");
+  item_.gauges.resize(6);
+  EXPECT_EQ(nicedAt(37), itemAt(37));
+  niced.nice = 0.004F;
+  EXPECT_EQ(nicedAt(80).find(L'+'), std::wstring::npos);
+  item_.text = "";
+  niced.nice = 0.5F;
+  EXPECT_EQ(nicedAt(80), itemAt(80));
   item_ = {};
   EXPECT_EQ(itemAt(20), L"User     50.0 %");
   // Processors that are too many share gauges, which show their mean.

@@ -103,6 +103,21 @@ TEST_F(DetailPanels, ShowWhatTheRecordHolds) {
     }
     EXPECT_EQ(texts("", kOthers), others);
   }
+  // A niced share has its place while it would not show as nothing.
+  const std::tuple<float, bool, const char*> nices[] = {{0.0F, false, "0.0%"},
+                                                        {0.0004F, false, "0.0%"},
+                                                        {0.0006F, true, "0.1%"},
+                                                        {1.0F, true, "100.0%"}};
+  for (const auto& [share, shownAtAll, text] : nices) {
+    record.set(Reading::niceCPU, share);
+    for (const Panel& each : panels) {
+      each.panel->updateView();
+      EXPECT_EQ(texts(each.prefix, {"NiceCPULabel"}), Texts{text});
+      for (const char* field : {"NiceCPULabel", "NiceCPUCaption"}) {
+        EXPECT_EQ(object<TextField>(each.prefix + field).isHidden(), !shownAtAll);
+      }
+    }
+  }
   // What is there already is not set again.
   const auto& user = object<HeadlessTextField>("compactUserCPULabel");
   const auto before = user.displayRequests();

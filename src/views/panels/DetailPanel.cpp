@@ -13,13 +13,15 @@ std::optional<DetailPanel::Outlets> DetailPanel::connect(Nib& nib, std::string_v
   auto* user = nib.outlet<TextField>(prefix + "UserCPULabel");
   auto* system = nib.outlet<TextField>(prefix + "SystemCPULabel");
   auto* idle = nib.outlet<TextField>(prefix + "IdleCPULabel");
+  auto* niceCaption = nib.outlet<TextField>(prefix + "NiceCPUCaption");
+  auto* nice = nib.outlet<TextField>(prefix + "NiceCPULabel");
   auto* uptime = nib.outlet<TextField>(prefix + "UptimeCPULabel");
   auto* graph = nib.outlet<VELGraphMultiple>(prefix + "CPUGraph");
   if (view == nullptr || user == nullptr || system == nullptr || idle == nullptr ||
-      uptime == nullptr || graph == nullptr) {
+      niceCaption == nullptr || nice == nullptr || uptime == nullptr || graph == nullptr) {
     return std::nullopt;
   }
-  return Outlets{*view, *user, *system, *idle, *uptime, *graph};
+  return Outlets{*view, *user, *system, *idle, *niceCaption, *nice, *uptime, *graph};
 }
 
 DetailPanel::DetailPanel(const Outlets& outlets, const Heights& heights, const Bundle& bundle)
@@ -99,8 +101,22 @@ void DetailPanel::updateFields(const CPUData& record) {
   showShare(outlets_.userCPULabel, Reading::userCPU);
   showShare(outlets_.systemCPULabel, Reading::systemCPU);
   showShare(outlets_.idleCPULabel, Reading::idleCPU);
+  updateNice(record.number(Reading::niceCPU));
   show(outlets_.uptimeCPULabel,
        componentToTimeString(record.upTime().value_or(CalendarDifference{}), bundle_));
+}
+
+/// With it the shares add up to the whole.
+void DetailPanel::updateNice(float share) {
+  const Locale& locale = Platform::current().locale;
+  const std::string text = floatToPercentageString(share, 1, locale);
+  const bool hidden = text == floatToPercentageString(0.0F, 1, locale);
+  for (TextField* field : {&outlets_.niceCPUCaption, &outlets_.niceCPULabel}) {
+    if (field->isHidden() != hidden) {
+      field->setHidden(hidden);
+    }
+  }
+  show(outlets_.niceCPULabel, text);
 }
 
 void DetailPanel::show(TextField& field, std::string_view text) {

@@ -27,6 +27,8 @@ class DetailPanel : public std::enable_shared_from_this<DetailPanel> {
     TextField& userCPULabel;
     TextField& systemCPULabel;
     TextField& idleCPULabel;
+    TextField& niceCPUCaption;  ///< this and the next are hidden while nothing of the load is niced
+    TextField& niceCPULabel;
     TextField& uptimeCPULabel;
     VELGraphMultiple& cpuGraph;
   };
@@ -72,6 +74,7 @@ class DetailPanel : public std::enable_shared_from_this<DetailPanel> {
 
  private:
   void registerNotification();
+  void updateNice(float share);
   void showGraphDidChanged(const Notification& notification);
   void menuBarCoresDisplayedDidChange(const Notification& notification);  ///< on any thread
 
