@@ -1,6 +1,7 @@
 // The machine's own clock.
 #include <algorithm>
 #include <chrono>
+#include <ctime>
 
 #include "platform/foundation/Clock.h"
 
@@ -12,10 +13,18 @@ using Seconds = std::chrono::duration<double>;
 /// Longer than any machine runs, and still within what the system's timers hold.
 constexpr Seconds kLongestSleep{1e9};
 
+double secondsOf(clockid_t clock) {
+  timespec time = {};
+  ::clock_gettime(clock, &time);
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+}
+
 }  // namespace
 
+SystemClock::SystemClock() : bootTime_(secondsOf(CLOCK_REALTIME) - secondsOf(CLOCK_BOOTTIME)) {}
+
 double SystemClock::now() const {
-  return Seconds(std::chrono::system_clock::now().time_since_epoch()).count();
+  return bootTime_ + secondsOf(CLOCK_BOOTTIME);
 }
 
 void SystemClock::sleep(double seconds) {

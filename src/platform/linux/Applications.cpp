@@ -11,15 +11,13 @@ namespace vel {
 namespace {
 
 constexpr std::int32_t kNone = 0;
-constexpr std::int32_t kFirstProcess = 1;
-
 /// It is given the children of those that have ended, beside its own.
 bool isReaper(const KnownProcess& process) {
-  return process.record.pid == kFirstProcess || process.record.name() == "systemd";
+  return process.record.pid == KnownProcess::kFirst || process.record.name() == "systemd";
 }
 
 bool isInAnotherUnit(const KnownProcess& process, const KnownProcess& parent) {
-  const bool isParentKnown = parent.unit != 0 || parent.record.pid == kFirstProcess;
+  const bool isParentKnown = parent.unit != 0 || parent.record.pid == KnownProcess::kFirst;
   return process.unit != 0 && isParentKnown && process.unit != parent.unit;
 }
 
@@ -91,7 +89,7 @@ void Applications::place(KnownProcess& process) {
   const bool hasUnknownParent = parent == nullptr || process.isKernelThread();
   process.record.parent = !process.leads()   ? process.leader
                           : hasUnknownParent ? kNone
-                                             : kFirstProcess;
+                                             : KnownProcess::kFirst;
   if (parent == nullptr && process.parent != kNone) {
     // It may be there next time, as when descriptors had run out.
     processes_.unplace(process);

@@ -7,8 +7,6 @@ namespace vel {
 
 namespace {
 
-constexpr std::int32_t kFirstProcess = 1;
-
 /// Of a tree of processes; more is a circle.
 constexpr int kMostGenerations = 1000;
 
@@ -80,10 +78,10 @@ void EndedTime::bequeath() {
 void EndedTime::findParents() {
   for (Ended& ended : ended_) {
     const KnownProcess* parent = processes_.find(ended.parent);
-    for (int up = 0; parent == nullptr && ended.parent != kFirstProcess; ++up) {
+    for (int up = 0; parent == nullptr && ended.parent != KnownProcess::kFirst; ++up) {
       const Ended* const gone = up < kMostGenerations ? find(ended.parent) : nullptr;
       ended.isOrphan = true;
-      ended.parent = gone != nullptr ? gone->parent : kFirstProcess;
+      ended.parent = gone != nullptr ? gone->parent : KnownProcess::kFirst;
       parent = processes_.find(ended.parent);
     }
     ended.isOrphan = ended.isOrphan || (parent != nullptr && parent->hasEnded);

@@ -14,6 +14,9 @@
 namespace vel {
 
 struct KnownProcess {
+  /// The pid of the one that starts all others.
+  static constexpr std::int32_t kFirst = 1;
+
   enum class Unit : std::uint8_t { unread, read, never };
 
   ProcessRecord record;  ///< as it is reported, the parent being the application's first process

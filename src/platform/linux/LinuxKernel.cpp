@@ -118,6 +118,9 @@ int LinuxKernel::loadAverages(std::array<double, 3>& averages) {
 }
 
 std::optional<BootTime> LinuxKernel::bootTime() {
+  if (bootTime_) {
+    return bootTime_;
+  }
   if (!statRead_ && !statFile_.read()) {
     return std::nullopt;
   }
@@ -126,7 +129,8 @@ std::optional<BootTime> LinuxKernel::bootTime() {
     return std::nullopt;
   }
   statRead_ = true;
-  return BootTime{.seconds = *seconds, .microseconds = 0};
+  bootTime_ = BootTime{.seconds = *seconds, .microseconds = 0};
+  return bootTime_;
 }
 
 bool LinuxKernel::listProcesses(std::vector<ProcessRecord>& records) {

@@ -43,8 +43,8 @@ class LinuxKernel : public Kernel {
   std::optional<SystemLoad> systemLoad() override;
   int loadAverages(std::array<double, 3>& averages) override;
 
-  /// In whole seconds, from the text that the last successful `readTicks` read, or an earlier call
-  /// of this if there has been none: the file is dear on large machines.
+  /// In whole seconds, and the same at every call: the kernel's own idea of it moves when the clock
+  /// is set (`SystemClock` does not, either).
   std::optional<BootTime> bootTime() override;
 
   /// A status is the letter of /proc/<pid>/stat. Processes whose files may not be read, as under
@@ -91,7 +91,8 @@ class LinuxKernel : public Kernel {
   CpuList present_;                     ///< the processors of the order
   CpuList online_;                      ///< those with a line when it was made
   std::vector<std::size_t> positions_;  ///< of those, by number, the place in the order
-  bool statRead_ = false;               ///< statFile_ holds a text that a caller has made sense of
+  std::optional<BootTime> bootTime_;
+  bool statRead_ = false;  ///< statFile_ holds a text that a caller has made sense of
 };
 
 }  // namespace vel

@@ -19,10 +19,15 @@ namespace {
 /// A process that has run in one of so many readings is likely to run again: its file stays open.
 constexpr std::uint8_t kQuietReadings = 4;
 
-constexpr std::int32_t kFirstProcess = 1;
-
 bool isIn(const std::vector<std::int32_t>& sorted, std::int32_t pid) {
   return std::binary_search(sorted.begin(), sorted.end(), pid);
+}
+
+/// A worker's name, after which the kernel says what it works at: "kworker/u8:2-events".
+std::string_view withoutWork(std::string_view name) {
+  constexpr std::string_view kWorker = "kworker/";
+  const bool isWorker = name.starts_with(kWorker) && !name.starts_with("kworker/R-");
+  return isWorker ? name.substr(0, name.find_first_of("-+")) : name;
 }
 
 /// Whether it now is what it was not; then it is.
@@ -48,7 +53,6 @@ bool ProcessReader::read(const ReadingTime& time) {
   ++reading_;
   ended_.clear();
   endedLeaders_.clear();
-  followClock(time);
   updateKnown(time);
   addNew(time);
   readOrphans(time);
@@ -58,23 +62,6 @@ bool ProcessReader::read(const ReadingTime& time) {
   applications_.place(reading_, endedLeaders_);
   ticksBefore_ = time.ticksSinceBoot;
   return true;
-}
-
-/// A process's start must not move while it lives, and the kernel's idea of its own does, by a
-/// second, for rounding. By more it moves when the clock is set, as it is after the start of a
-/// machine without a battery; starts from before that would be wrong for good.
-void ProcessReader::followClock(const ReadingTime& time) {
-  // Unsigned, as a captured machine's may be any number.
-  const auto step =
-      static_cast<std::uint64_t>(time.bootSeconds) - static_cast<std::uint64_t>(bootSeconds_);
-  if (step + 1 <= 2) {
-    return;
-  }
-  for (KnownProcess& process : processes_.all) {
-    std::int64_t& start = process.record.startSeconds;
-    start = static_cast<std::int64_t>(static_cast<std::uint64_t>(start) + step);
-  }
-  bootSeconds_ = time.bootSeconds;
 }
 
 /// Both are in ascending order. Those that are still there close up, and what is not yet known is
@@ -286,13 +273,33 @@ std::optional<std::string> ProcessReader::applicationName(std::int32_t pid) {
     return std::nullopt;
   }
   const KnownProcess& process = namesake(*leader);
+  const Name* const known = knownNameOf(process);
+  if (known != nullptr) {
+    return known->text;
+  }
   const std::string_view command = process.record.name();
   if (!needsCommandLine(command, process.controlsJobs)) {
     return std::string(command);
   }
   FileDescriptor file;
   const std::optional<std::string_view> arguments = readText(file, process.record.pid, "cmdline");
-  return programName(command, arguments.value_or(std::string_view()), process.controlsJobs);
+  Name name{.pid = process.record.pid,
+            .startTicks = process.startTicks,
+            .command = process.record.command,
+            .text = programName(command, arguments.value_or(std::string_view()))};
+  // The oldest goes.
+  nextName_ = (nextName_ + 1) % names_.size();
+  return (names_[nextName_] = std::move(name)).text;
+}
+
+/// It stays what it has been: a process that has ended has no command line any more, and a script
+/// may begin to control jobs.
+const ProcessReader::Name* ProcessReader::knownNameOf(const KnownProcess& process) const {
+  const auto found = std::find_if(names_.begin(), names_.end(), [&process](const Name& each) {
+    return each.pid == process.record.pid && each.startTicks == process.startTicks &&
+           each.command == process.record.command;
+  });
+  return found != names_.end() ? &*found : nullptr;
 }
 
 /// What runs in a wrapper: of the others in the application, wrappers apart, the one that was
@@ -364,8 +371,9 @@ void ProcessReader::begin(KnownProcess& process, const ProcPidStat& stat,
 
 /// All that the rules go by; of a process that has changed none of it nothing else is asked.
 void ProcessReader::setLineage(KnownProcess& process, const ProcPidStat& stat) {
-  decltype(process.record.command) command{};
-  std::copy_n(stat.name.begin(), std::min(stat.name.size(), command.size()), command.begin());
+  const std::string_view name = stat.isKernelThread() ? withoutWork(stat.name) : stat.name;
+  Command command{};
+  std::copy_n(name.begin(), std::min(name.size(), command.size()), command.begin());
   bool changed = becomes(process.record.command, command);
   process.isOrphan |= process.parent != 0 && process.parent != stat.parent;
   changed |= becomes(process.parent, stat.parent);
@@ -408,13 +416,13 @@ void ProcessReader::setFigures(KnownProcess& process, const ProcPidStat& stat,
 }
 
 bool ProcessReader::isOldEnoughForUnit(const KnownProcess& process, const ReadingTime& time) const {
-  return process.parent >= kFirstProcess &&
+  return process.parent >= KnownProcess::kFirst &&
          process.startTicks + ticksPerSecond_ <= time.ticksSinceBoot;
 }
 
 void ProcessReader::ensureUnit(KnownProcess& process, const ReadingTime& time) {
   if (process.unitState == Unit::unread &&
-      (process.record.pid == kFirstProcess || isOldEnoughForUnit(process, time))) {
+      (process.record.pid == KnownProcess::kFirst || isOldEnoughForUnit(process, time))) {
     readUnit(process);
   }
 }

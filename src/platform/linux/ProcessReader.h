@@ -1,6 +1,7 @@
 // The system's processes, read again and again.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -22,7 +23,7 @@ namespace vel {
 
 /// When a reading is made.
 struct ReadingTime {
-  std::int64_t bootSeconds = 0;      ///< when the machine was started, since 1970
+  std::int64_t bootSeconds = 0;      ///< when the machine was started, since 1970; always the same
   std::uint64_t ticksSinceBoot = 0;  ///< suspended time included
 };
 
@@ -79,8 +80,15 @@ class ProcessReader {
 
  private:
   using Unit = KnownProcess::Unit;
+  using Command = decltype(ProcessRecord::command);
 
-  void followClock(const ReadingTime& time);
+  struct Name {
+    std::int32_t pid = 0;
+    std::uint64_t startTicks = 0;
+    Command command{};
+    std::string text;
+  };
+
   void updateKnown(const ReadingTime& time);
   bool update(KnownProcess& process, const ReadingTime& time);
   void retire(const KnownProcess& process);
@@ -100,6 +108,7 @@ class ProcessReader {
   void setEndedChildren(KnownProcess& process, const ProcPidStat& stat);
   void setFigures(KnownProcess& process, const ProcPidStat& stat,
                   const std::optional<std::uint64_t>& clock) const;
+  [[nodiscard]] const Name* knownNameOf(const KnownProcess& process) const;
   [[nodiscard]] const KnownProcess& namesake(const KnownProcess& leader) const;
 
   [[nodiscard]] bool isOldEnoughForUnit(const KnownProcess& process, const ReadingTime& time) const;
@@ -117,11 +126,12 @@ class ProcessReader {
   std::uint64_t processors_;
 
   std::uint32_t reading_ = 0;
-  std::int64_t bootSeconds_ = 0;              ///< that the starts of the known processes go by
   std::optional<std::uint64_t> ticksBefore_;  ///< of the reading before
   KnownProcesses processes_;
   Applications applications_{processes_};
   EndedTime endedTime_{processes_};
+  std::array<Name, 16> names_;  ///< of those that have been asked for, where it takes a file
+  std::size_t nextName_ = 0;
   std::vector<std::int32_t> listed_;
   std::vector<std::int32_t> ended_;  ///< whose children have, or may have, another parent now
   std::vector<std::int32_t> endedBefore_;

@@ -86,15 +86,10 @@ bool needsCommandLine(std::string_view command, bool controlsJobs) {
   return command.size() >= kCutName || (!controlsJobs && isOneOf(kShells, command));
 }
 
-std::string programName(std::string_view command, std::string_view arguments, bool controlsJobs) {
-  if (command.size() >= kCutName) {
-    return std::string(whole(command, arguments));
-  }
-  if (!controlsJobs && isOneOf(kShells, command)) {
-    const std::string_view program = whatTheShellRuns(arguments);
-    return std::string(program.empty() ? command : program);
-  }
-  return std::string(command);
+std::string programName(std::string_view command, std::string_view arguments) {
+  const std::string_view program =
+      isOneOf(kShells, command) ? whatTheShellRuns(arguments) : whole(command, arguments);
+  return std::string(program.empty() ? command : program);
 }
 
 }  // namespace vel

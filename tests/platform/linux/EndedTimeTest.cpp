@@ -20,11 +20,11 @@ const std::uint64_t kTick = 1'000'000'000U / static_cast<std::uint64_t>(::syscon
 
 /// Processes that start, work, end and wait as the kernel has them do, all in ticks, and a reader
 /// of theirs. The first process is init; an interactive shell is its child.
-class Machine {
+class WorkingMachine {
  public:
   static constexpr int kShell = 10;
 
-  Machine() {
+  WorkingMachine() {
     add(1, 0, 1);
     add(kShell, 1, kShell);
   }
@@ -109,10 +109,10 @@ class Machine {
 };
 
 TEST(EndedTime, OfABuildIsAllInItsRow) {
-  Machine machine;
-  machine.fork(Machine::kShell, 20);
-  machine.of(20).children = 500;                // before anybody looked
-  machine.of(Machine::kShell).children = 9000;  // jobs of their own
+  WorkingMachine machine;
+  machine.fork(WorkingMachine::kShell, 20);
+  machine.of(20).children = 500;                       // before anybody looked
+  machine.of(WorkingMachine::kShell).children = 9000;  // jobs of their own
   std::map<int, std::uint64_t> before = machine.read();
   EXPECT_EQ(before, (std::map<int, std::uint64_t>{{1, 0}, {10, 0}, {20, 500}}));
 
@@ -149,8 +149,8 @@ TEST(EndedTime, OfABuildIsAllInItsRow) {
 
 TEST(EndedTime, OfAChainThatEndsAtOnceGoesToWhoeverHasWaited) {
   for (const bool isWaitedForByInit : {false, true}) {
-    Machine machine;
-    machine.fork(Machine::kShell, 20);
+    WorkingMachine machine;
+    machine.fork(WorkingMachine::kShell, 20);
     machine.fork(20, 21);
     machine.work(21, 1000);
     machine.read();
@@ -176,13 +176,13 @@ TEST(EndedTime, OfAChainThatEndsAtOnceGoesToWhoeverHasWaited) {
 }
 
 TEST(EndedTime, WaitsForTheOtherSide) {
-  Machine machine;
-  machine.fork(Machine::kShell, 20);
+  WorkingMachine machine;
+  machine.fork(WorkingMachine::kShell, 20);
   machine.fork(20, 21);
   machine.work(21, 50);
   EXPECT_EQ(machine.read()[20], 50U);
   // The reading comes upon the parent before its wait, and upon the child after its end.
-  const Machine::Process ended = machine.of(21);
+  const WorkingMachine::Process ended = machine.of(21);
   machine.remove(21);
   machine.pass(100);
   EXPECT_EQ(machine.read()[20], 50U);
@@ -204,23 +204,23 @@ TEST(EndedTime, WaitsForTheOtherSide) {
 }
 
 TEST(EndedTime, OfChildrenThatCannotBeSeenIsNoMoreThanTheMachineCanDo) {
-  Machine machine;
+  WorkingMachine machine;
   machine.read();
   machine.pass(100);
-  machine.of(Machine::kShell).children += 360'000;
+  machine.of(WorkingMachine::kShell).children += 360'000;
   const auto most = 101U * static_cast<unsigned>(::sysconf(_SC_NPROCESSORS_CONF));
   EXPECT_EQ(machine.read()[10], most);
 }
 
 TEST(EndedTime, APidThatIsUsedAgainBeginsAnew) {
-  Machine machine;
-  machine.fork(Machine::kShell, 20);
+  WorkingMachine machine;
+  machine.fork(WorkingMachine::kShell, 20);
   machine.work(20, 70);
   EXPECT_EQ(machine.read()[20], 70U);
   machine.pass(100);
   machine.exit(20);
   machine.wait(20);
-  machine.fork(Machine::kShell, 20);
+  machine.fork(WorkingMachine::kShell, 20);
   machine.work(20, 2);
   EXPECT_EQ(machine.read(), (std::map<int, std::uint64_t>{{1, 0}, {10, 0}}));
   machine.pass(100);
@@ -231,8 +231,8 @@ TEST(EndedTime, APidThatIsUsedAgainBeginsAnew) {
 TEST(EndedTime, AnythingGoes) {
   std::mt19937 random(7);  // the same at every run
   const auto pick = [&random](std::size_t below) { return random() % below; };
-  Machine machine;
-  machine.fork(Machine::kShell, 20);  // a build that goes on
+  WorkingMachine machine;
+  machine.fork(WorkingMachine::kShell, 20);  // a build that goes on
   std::map<int, std::uint64_t> before = machine.read();
   std::uint64_t gained = 0;
   int next = 21;
@@ -248,7 +248,7 @@ TEST(EndedTime, AnythingGoes) {
       const int pid = alive[pick(alive.size())];
       switch (pick(4)) {
         case 0:
-          if (pid != 1 && pid != Machine::kShell && alive.size() < 30) {
+          if (pid != 1 && pid != WorkingMachine::kShell && alive.size() < 30) {
             machine.fork(pid, next++);
           }
           break;

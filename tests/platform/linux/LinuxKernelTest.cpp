@@ -176,15 +176,15 @@ TEST(LinuxKernel, FailsAReadingWhileItsFileIsFaulty) {
   // What is replaced, by this content or by what is in angle brackets; the readings if that is so
   // from the start, and if it comes after sound ones, where it is another.
   const std::tuple<const char*, std::string, const char*, const char*> cases[] = {
-      {kStat, "<nothing>", "0 0 0 0 7/613 3 -1", "8 3 5 0 7/613 3 -1"},
-      {kStat, "cpu  1 2 3 4\ncpu0 1 2 3 4", "0 0 0 0 7/613 3 -1", "8 3 5 0 7/613 3 -1"},
+      {kStat, "<nothing>", "0 0 0 0 7/613 3 -1", "8 3 5 0 7/613 3 1753430400"},
+      {kStat, "cpu  1 2 3 4\ncpu0 1 2 3 4", "0 0 0 0 7/613 3 -1", "8 3 5 0 7/613 3 1753430400"},
       {kStat, "cpu0 1 2 3 4\n" + std::string(TextFile::kMaxSize, '\n'), "0 0 0 0 7/613 3 -1",
-       "8 3 5 0 7/613 3 -1"},
-      {kStat, "cpu0 1\nbtime 2\n", "0 0 0 0 7/613 3 2", "8 3 5 0 7/613 3 2"},
+       "8 3 5 0 7/613 3 1753430400"},
+      {kStat, "cpu0 1\n", "0 0 0 0 7/613 3 -1", "8 3 5 0 7/613 3 1753430400"},
       {kPresent, "0-7", "5 3 5 5 7/613 3 1753430400", nullptr},
       {"sys", "<nothing>", "5 5 5 5 7/613 3 1753430400", nullptr},
       {"proc/loadavg", "1.00 2.00 3.00 1/61", "8 3 5 8 -1/-1 3 1753430400", nullptr},
-      {"proc", "<nothing>", "0 0 0 0 -1/-1 -1 -1", "8 3 5 0 -1/-1 -1 -1"}};
+      {"proc", "<nothing>", "0 0 0 0 -1/-1 -1 -1", "8 3 5 0 -1/-1 -1 1753430400"}};
   for (const auto& [name, content, first, later] : cases) {
     SCOPED_TRACE(std::string(name) + ": " + content.substr(0, 30));
     const MachineTree tree("offline");

@@ -71,7 +71,10 @@ TEST(CapturedProcesses, AreReportedByApplication) {
       {.pid = 3, .parent = 2, .unit = "odd.service", .flags = kKernelThread},
       {.pid = 10, .parent = 1, .unit = "user@1000.service/init.scope"},
       {.pid = 11, .parent = 10, .unit = "user@1000.service/session.slice/shell.service"},
-      {.pid = 13, .parent = 11, .unit = "user@1000.service/app.slice/app-x-1.scope"},
+      {.pid = 13,
+       .parent = 11,
+       .unit = "user@1000.service/app.slice/app-x-1.scope",
+       .name = "bash"},
       {.pid = 14, .parent = 13, .unit = "user@1000.service/app.slice/app-x-1.scope"},
       {.pid = 15, .parent = 14},
       {.pid = 17, .parent = 99, .unit = "y.service"}};
@@ -95,6 +98,11 @@ TEST(CapturedProcesses, AreReportedByApplication) {
   ASSERT_EQ(application.size(), 3U);
   EXPECT_EQ(std::tuple(application[0].pid, application[1].pid, application[2].pid),
             std::tuple(13, 14, 15));
+  // It has no command line any more once it has ended.
+  for (const auto& arguments : {std::string("bash\0/opt/backup.sh\0", 20), std::string()}) {
+    tree.write("proc/13/cmdline", arguments);
+    EXPECT_EQ(kernel.processName(13), "backup.sh");
+  }
   EXPECT_TRUE(kernel.application(14).empty() && kernel.application(99).empty());
   // Of one that is not in the list the kernel's parent is told.
   LinuxKernel another(tree.proc(), tree.sys());
@@ -141,18 +149,19 @@ TEST(CapturedProcesses, AProcessIsToldFromTheNextOneOfItsPid) {
   const auto hertz = static_cast<int>(::sysconf(_SC_CLK_TCK));
   const std::tuple<const char*, Captured, std::int64_t, const char*> steps[] = {
       {"1000", {.pid = 9, .parent = 1, .start = 5 * hertz - 1, .name = "long"}, 1004, "long"},
-      // The kernel rounds its start otherwise, and the process has changed its name.
-      {"1001", {.pid = 9, .parent = 1, .start = 5 * hertz - 1, .name = "y\n)"}, 1004, "y\n)"},
-      // Somebody has set the clock.
-      {"7000", {.pid = 9, .parent = 1, .start = 5 * hertz - 1, .name = "y\n)"}, 7004, "y\n)"},
-      {"7000", {9, 1, {}, 6 * hertz, "kworker/u16:3-events"}, 7006, "kworker/u16:3-ev"}};
+      // Somebody has set the clock, and the process has changed its name.
+      {"7000", {.pid = 9, .parent = 1, .start = 5 * hertz - 1, .name = "y\n)"}, 1004, "y\n)"},
+      {"7000",
+       {9, 1, {}, 6 * hertz, "kworker/u16:3-events", kKernelThread},
+       1006,
+       "kworker/u16:3"}};
   for (const auto& [btime, process, startSeconds, name] : steps) {
     tree.write("proc/stat", "btime " + std::string(btime) + '\n');
     write(tree, process);
     TickSample ignored;
     kernel.readTicks(ignored);
     ASSERT_TRUE(kernel.listProcesses(records));
-    if (startSeconds == 7006) {
+    if (startSeconds == 1006) {
       EXPECT_TRUE(records.empty());  // lest it is taken for the one before
       ASSERT_TRUE(kernel.listProcesses(records));
     }
