@@ -6,7 +6,7 @@ source "$(dirname "$0")/common.sh"
 run() { timeout 20 "$program" "$@"; }
 
 share='[ 0-9]{3}\.[0-9] %  '
-line="cpu ${share}user ${share}system ${share}nice ${share}idle ${share}load( [ 0-9]{2}\.[0-9]{2}){3}"
+line="cpu ${share}user ${share}system ${share}nice ${share}idle ${share}load( [ 0-9]{2,}\.[0-9]{2}){3}"
 line+="  tasks +[0-9]+  threads +[0-9]+  up [0-9a-z: ]+"
 
 # The installed bundle and the machine itself.
