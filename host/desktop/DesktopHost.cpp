@@ -27,7 +27,8 @@ DesktopHost::DesktopHost(const DesktopOptions& options, ModuleSession& session,
       settings_(store),
       interval_(intervalOf(options, settings_)),
       panelAtStart_(options.panel),
-      loop_(session, signals, [this] { refreshed(); }) {
+      loop_(session, signals, [this] { refreshed(); }),
+      description_(session.kernel(), session.module().readings(), texts) {
   theme_.setAppearance(settings_.appearance());
   QApplication::setQuitOnLastWindowClosed(options.widget);
   if (options.widget) {
@@ -142,9 +143,9 @@ void DesktopHost::setPanel(PanelKind panel) {
 void DesktopHost::offerEnding(const EndRequest& request) {
   if (!ender_) {
     ender_ = std::make_unique<ProcessEnder>(
-        texts_, [this](bool asking) { asking ? void() : focusPanel(); });
+        session_.kernel(), texts_, [this](bool asking) { asking ? void() : focusPanel(); });
   }
-  ender_->offer(request, session_.kernel().sharesPids());
+  ender_->offer(request);
 }
 
 /// Once a menu or a dialog has closed: the window manager may give the keyboard to another window.

@@ -20,6 +20,7 @@
 #include "host/desktop/WidgetWindow.h"
 #include "host/desktop/kit/EndRequest.h"
 #include "host/desktop/kit/Theme.h"
+#include "host/desktop/processes/ProcessDescription.h"
 #include "host/desktop/processes/ProcessEnder.h"
 #include "host/session/ModuleSession.h"
 
@@ -39,6 +40,7 @@ class DesktopHost {
   /// As a click on the item does, but never closes it.
   void openPanel();
   void offerEnding(const EndRequest& request);
+  [[nodiscard]] QString describeProcess(std::int64_t pid) { return description_.of(pid); }
   /// Shows the item or the window, above the others.
   void bringUp();
 
@@ -71,6 +73,7 @@ class DesktopHost {
   std::unique_ptr<PanelWindow> panel_;  ///< null where the module has none
   std::unique_ptr<WidgetWindow> widget_;
   std::unique_ptr<ProcessEnder> ender_;
+  ProcessDescription description_;
   std::unique_ptr<GeneralPage> general_;
   std::unique_ptr<PreferencesWindow> preferences_;
 };

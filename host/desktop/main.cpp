@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -24,6 +25,7 @@
 #include "host/desktop/SingleInstance.h"
 #include "host/desktop/Snapshot.h"
 #include "host/desktop/Texts.h"
+#include "host/desktop/kit/DescribeProcess.h"
 #include "host/desktop/kit/EndRequest.h"
 #include "host/desktop/kit/Kit.h"
 #include "host/desktop/kit/Theme.h"
@@ -88,15 +90,17 @@ std::function<void(const SwitchingHint&)> hintTeller(UserNotificationCenter* not
 
 ModuleSession makeSession(const DesktopOptions& options, std::vector<std::string> arguments,
                           const Locale& locale, const Bundle* hostBundle, Workspace& workspace,
-                          UserNotificationCenter* notifications, OfferEnding offerEnding) {
+                          UserNotificationCenter* notifications, OfferEnding offerEnding,
+                          DescribeProcess describeProcess) {
   return {kProgram,
           options,
           std::move(arguments),
           locale,
           hostBundle,
-          {[offerEnding = std::move(offerEnding)](auto problem) {
+          {[offerEnding = std::move(offerEnding),
+            describeProcess = std::move(describeProcess)](auto problem) {
              auto loader = std::make_unique<QtNibLoader>(std::move(problem));
-             registerKit(*loader, offerEnding);
+             registerKit(*loader, offerEnding, describeProcess);
              return loader;
            },
            workspace, notifications, hintTeller(notifications)}};
@@ -133,11 +137,16 @@ int showOnDesktop(const DesktopOptions& options, std::vector<std::string> argume
                       [](const std::string& message) { report(kProgram, message); });
   DesktopNotifications notifications([](const std::string& message) { report(kProgram, message); });
   OfferEnding offerEnding;
-  ModuleSession session =
-      makeSession(options, std::move(arguments), locale, bundle, workspace, &notifications,
-                  [&offerEnding](const EndRequest& request) { offerEnding(request); });
+  DescribeProcess describeProcess;
+  ModuleSession session = makeSession(
+      options, std::move(arguments), locale, bundle, workspace, &notifications,
+      [&offerEnding](const EndRequest& request) { offerEnding(request); },
+      [&describeProcess](std::int64_t pid) {
+        return describeProcess ? describeProcess(pid) : QString();
+      });
   DesktopHost host(options, session, store, texts, locale, theme, signals);
   offerEnding = [&host](const EndRequest& request) { host.offerEnding(request); };
+  describeProcess = [&host](std::int64_t pid) { return host.describeProcess(pid); };
   const InstanceListener listener(instance, [&host](std::string_view word) {
     if (word == kOpenPreferences) {
       host.openPreferences();
@@ -159,7 +168,7 @@ int snapshot(const DesktopOptions& options, std::vector<std::string> arguments) 
   Theme theme;
   DesktopWorkspace workspace(bundle);
   ModuleSession session =
-      makeSession(options, std::move(arguments), locale, bundle, workspace, nullptr, {});
+      makeSession(options, std::move(arguments), locale, bundle, workspace, nullptr, {}, {});
   session.initMainApp();
   takeSnapshots(*options.snapshots, session, Texts(bundle), theme);
   return 0;

@@ -46,7 +46,7 @@ bool setHistory(NibObject& graph, NibObject& referred) {
 
 }  // namespace
 
-void registerKit(QtNibLoader& loader, OfferEnding offerEnding) {
+void registerKit(QtNibLoader& loader, OfferEnding offerEnding, DescribeProcess describeProcess) {
   registerView<QtGauges>(loader);
   registerView<QtGraphMultiple>(loader,
                                 {{"history", VELGraphArraysMultiple::kNibClass, setHistory}});
@@ -55,8 +55,9 @@ void registerKit(QtNibLoader& loader, OfferEnding offerEnding) {
   loader.registerClass(
       VELTextFieldKillApp::kNibClass,
       {[](QWidget* parent) -> QWidget* { return std::make_unique<ProcessLabel>(parent).release(); },
-       [offer = std::move(offerEnding)](QWidget& widget) {
-         return std::make_unique<QtTextFieldKillApp>(dynamic_cast<ProcessLabel&>(widget), offer);
+       [offer = std::move(offerEnding), describe = std::move(describeProcess)](QWidget& widget) {
+         return std::make_unique<QtTextFieldKillApp>(dynamic_cast<ProcessLabel&>(widget), offer,
+                                                     describe);
        }});
   loader.registerClass(VELColor::kNibClass,
                        {makeHiddenWidget, [](QWidget& widget) -> std::unique_ptr<NibObject> {

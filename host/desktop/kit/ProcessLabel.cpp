@@ -24,7 +24,14 @@ class AccessibleProcessLabel : public QAccessibleWidget {
     return label_.hasAction() ? QAccessible::Button : QAccessible::StaticText;
   }
   [[nodiscard]] QString text(QAccessible::Text kind) const override {
-    return kind == QAccessible::Name ? label_.text() : QAccessibleWidget::text(kind);
+    switch (kind) {
+      case QAccessible::Name:
+        return label_.text();
+      case QAccessible::Description:
+        return label_.details();
+      default:
+        return QAccessibleWidget::text(kind);
+    }
   }
   [[nodiscard]] QStringList actionNames() const override {
     QStringList names = QAccessibleWidget::actionNames();
@@ -122,8 +129,10 @@ bool ProcessLabel::actAt(const QEvent& event) const {
 }
 
 void ProcessLabel::showToolTip(QPoint position) {
-  // As rich text, lest the text be taken for such.
-  QToolTip::showText(position, Qt::convertFromPlainText(text()), this);
+  const QString more = details();
+  const QString whole = more.isEmpty() ? text() : text() + u'\n' + more;
+  // As rich text, lest the text be taken for such; and as such it wraps.
+  QToolTip::showText(position, Qt::convertFromPlainText(whole, Qt::WhiteSpaceNormal), this);
 }
 
 void ProcessLabel::paintEvent(QPaintEvent* event) {

@@ -4,17 +4,22 @@
 #include <QEvent>
 #include <QPaintEvent>
 #include <QPoint>
+#include <QString>
 #include <functional>
+#include <utility>
 
 #include "host/desktop/windowing/TextLabel.h"
 
 namespace vel {
 
 /// With an action it shows under the mouse that it can be clicked, takes the keyboard's focus, and
-/// is a button for assistive technology. Its tool tip is its text.
+/// is a button for assistive technology. Its tool tip is its text and the details below it, which
+/// are its description for assistive technology.
 class ProcessLabel : public TextLabel {
  public:
   using Action = std::function<void(QPoint)>;
+  /// Lines of plain text.
+  using Details = std::function<QString()>;
 
   explicit ProcessLabel(QWidget* parent);
 
@@ -26,6 +31,10 @@ class ProcessLabel : public TextLabel {
   /// As if by keyboard.
   void act() const;
 
+  /// Called when somebody asks, and at no other time.
+  void setDetails(Details details) { details_ = std::move(details); }
+  [[nodiscard]] QString details() const { return details_ ? details_() : QString(); }
+
  protected:
   bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
@@ -35,6 +44,7 @@ class ProcessLabel : public TextLabel {
   void showToolTip(QPoint position);
 
   Action action_;
+  Details details_;
 };
 
 }  // namespace vel

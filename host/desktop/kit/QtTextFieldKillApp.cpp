@@ -2,16 +2,24 @@
 
 #include <utility>
 
-#include "host/desktop/kit/BootTime.h"
+#include "host/BootTime.h"
 
 namespace vel {
 
-QtTextFieldKillApp::QtTextFieldKillApp(ProcessLabel& label, OfferEnding offerEnding)
-    : QtText(label), label_(&label), offerEnding_(std::move(offerEnding)) {}
+QtTextFieldKillApp::QtTextFieldKillApp(ProcessLabel& label, OfferEnding offerEnding,
+                                       DescribeProcess describeProcess)
+    : QtText(label),
+      label_(&label),
+      offerEnding_(std::move(offerEnding)),
+      describeProcess_(std::move(describeProcess)) {
+  label.setDetails(
+      [this] { return describeProcess_ && isProcess() ? describeProcess_(pid_) : QString(); });
+}
 
 QtTextFieldKillApp::~QtTextFieldKillApp() {
   if (!label_.isNull()) {
     label_->setAction({});
+    label_->setDetails({});
   }
 }
 
@@ -27,15 +35,18 @@ void QtTextFieldKillApp::setPID(std::int64_t pid) {
 }
 
 void QtTextFieldKillApp::offerWhatThereIs() {
-  const bool isProcess =
-      offerEnding_ && pid_ >= 1 && !label_->text().isEmpty() && label_->text() != u"-";
-  if (isProcess == label_->hasAction()) {
+  const bool offers = offerEnding_ && isProcess();
+  if (offers == label_->hasAction()) {
     return;
   }
-  label_->setAction(isProcess ? ProcessLabel::Action([this](QPoint position) {
+  label_->setAction(offers ? ProcessLabel::Action([this](QPoint position) {
     offerEnding_({pid_, stringValue(), shownAt_, position});
   })
-                              : ProcessLabel::Action());
+                           : ProcessLabel::Action());
+}
+
+bool QtTextFieldKillApp::isProcess() const {
+  return pid_ >= 1 && !label_->text().isEmpty() && label_->text() != u"-";
 }
 
 }  // namespace vel

@@ -1,10 +1,11 @@
-// The name of a process, from where the user can ask to end it.
+// The name of a process, from where the user can ask what it is and to end it.
 #pragma once
 
 #include <chrono>
 #include <cstdint>
 #include <string_view>
 
+#include "host/desktop/kit/DescribeProcess.h"
 #include "host/desktop/kit/EndRequest.h"
 #include "host/desktop/kit/ProcessLabel.h"
 #include "host/desktop/windowing/QtControls.h"
@@ -15,8 +16,8 @@ namespace vel {
 /// Offers nothing while it names no process: with a number below 1, without a text or with "-".
 class QtTextFieldKillApp : public QtText<VELTextFieldKillApp> {
  public:
-  /// Without a function it never offers anything.
-  QtTextFieldKillApp(ProcessLabel& label, OfferEnding offerEnding);
+  /// Without a function it never offers, or tells, anything.
+  QtTextFieldKillApp(ProcessLabel& label, OfferEnding offerEnding, DescribeProcess describeProcess);
   ~QtTextFieldKillApp() override;
   QtTextFieldKillApp(const QtTextFieldKillApp&) = delete;
   QtTextFieldKillApp& operator=(const QtTextFieldKillApp&) = delete;
@@ -27,9 +28,11 @@ class QtTextFieldKillApp : public QtText<VELTextFieldKillApp> {
 
  private:
   void offerWhatThereIs();
+  [[nodiscard]] bool isProcess() const;
 
   QPointer<ProcessLabel> label_;  ///< a window that goes first takes its widgets with it
   const OfferEnding offerEnding_;
+  const DescribeProcess describeProcess_;
   std::int64_t pid_ = 0;
   std::chrono::nanoseconds shownAt_{0};
 };

@@ -1,10 +1,9 @@
 #include "host/desktop/processes/ProcessEnder.h"
 
-#include <unistd.h>
-
 #include <QAction>
 #include <QPushButton>
-#include <csignal>
+#include <QStringList>
+#include <chrono>
 #include <utility>
 #include <variant>
 
@@ -12,101 +11,115 @@
 
 namespace vel {
 
-/// Of ending a process. The texts are keys.
+/// Of ending processes. The texts are keys.
 struct ProcessEnder::Way {
-  int signal;
+  EndableApplication::Way way;
   const char* item;
-  const char* question;
-  const char* consequence;
   const char* button;
 };
 
 namespace {
 
-const char* sentence(EndProblem problem) {
-  switch (problem) {
-    case EndProblem::endedAlready:
-      return "“%1” (process %2) has ended already.";
-    case EndProblem::isAnother:
-      return "Process %2 is no longer the “%1” that was shown.";
-    case EndProblem::kernelThread:
-      return "“%1” (process %2) is a part of the kernel and cannot be ended.";
-    case EndProblem::notPermitted:
-      return "You are not permitted to end “%1” (process %2).";
-    case EndProblem::notOfThisHost:
-      return "“%1” (process %2) runs on another system or in another container and cannot be ended "
-             "from here.";
-    case EndProblem::unsupported:
-      return "This system has no safe way to end “%1” (process %2).";
-    case EndProblem::failed:
-      break;
-  }
-  return "“%1” (process %2) could not be ended.";
-}
+/// Within which most programs end, and the processes that they have started.
+constexpr std::chrono::milliseconds kShortly{400};
 
 }  // namespace
 
-ProcessEnder::ProcessEnder(const Texts& texts, std::function<void(bool)> asking)
-    : texts_(texts), asking_(std::move(asking)) {
+ProcessEnder::ProcessEnder(LinuxKernel& kernel, const Texts& texts,
+                           std::function<void(bool)> asking)
+    : kernel_(kernel),
+      texts_(texts),
+      words_([&texts](const char* key) { return texts(key).toStdString(); }),
+      asking_(std::move(asking)) {
   // Later, as a menu hides before it tells what has been chosen.
   QObject::connect(
       &menu_, &QMenu::aboutToHide, &menu_, [this] { update(); }, Qt::QueuedConnection);
+  soon_.setSingleShot(true);
+  QObject::connect(&soon_, &QTimer::timeout, &menu_, [this] { update(); });
 }
 
 ProcessEnder::~ProcessEnder() {
   delete box_;
 }
 
-void ProcessEnder::offer(const EndRequest& request, bool isOfThisHost) {
+void ProcessEnder::offer(const EndRequest& request) {
   menu_.hide();
   delete box_;
-  const auto opened = isOfThisHost
-                          ? EndableProcess::open(request.pid, request.name, request.shownAt)
-                          : EndProblem::notOfThisHost;
+  soon_.stop();
+  followUp_ = nullptr;
+  auto opened = EndableApplication::open(kernel_, request.pid, request.shownAt);
   if (const auto* problem = std::get_if<EndProblem>(&opened)) {
-    tell(*problem, request.name, request.pid);
+    tell({{request.name, request.pid, *problem}});
   } else {
-    openMenu(std::get<Process>(opened), request.position);
+    openMenu(std::make_shared<EndableApplication>(std::get<EndableApplication>(std::move(opened))),
+             request.position);
   }
   update();
 }
 
-void ProcessEnder::openMenu(const Process& process, QPoint position) {
-  static constexpr Way kEnd{SIGTERM, "&End…", "End “%1” (process %2 of %3)?",
-                            "It is asked to quit and can save its work first.", "&End"};
-  static constexpr Way kForceEnd{SIGKILL, "&Force End…", "Force “%1” (process %2 of %3) to end?",
-                                 "It ends at once. What it has not saved is lost.", "&Force End"};
+void ProcessEnder::openMenu(const Application& application, QPoint position) {
+  static constexpr Way kEnd{EndableApplication::Way::end, "&End…", "&End"};
+  static constexpr Way kForceEnd{EndableApplication::Way::force, "&Force End…", "&Force End"};
   menu_.clear();
   // A single ampersand would underline what follows it.
-  const QString name = plainText(process->name()).replace(u'&', QStringLiteral("&&"));
-  menu_.addAction(name + QStringLiteral(" (%1)").arg(process->pid()))->setEnabled(false);
+  const QString heading =
+      plainText(words_.heading(*application)).replace(u'&', QStringLiteral("&&"));
+  menu_.addAction(heading)->setEnabled(false);
   menu_.addSeparator();
   for (const Way* way : {&kEnd, &kForceEnd}) {
-    menu_.addAction(texts_(way->item), &menu_, [this, process, way] { confirm(process, *way); });
+    menu_.addAction(texts_(way->item), &menu_,
+                    [this, application, way] { confirm(application, *way); });
   }
   menu_.popup(position);
 }
 
-void ProcessEnder::confirm(const Process& process, const Way& way) {
-  QMessageBox& box = openBox(texts_(way.question)
-                                 .arg(plainText(process->name()), QString::number(process->pid()),
-                                      plainText(process->user())));
-  box.setInformativeText(texts_(
-      process->pid() == getpid() ? "It is Velbar itself, which then quits." : way.consequence));
+void ProcessEnder::confirm(const Application& application, const Way& way) {
+  QMessageBox& box = openBox(plainText(words_.question(*application, way.way)));
+  // Tells the question from another one, for the window manager's rules.
+  box.setWindowRole(QStringLiteral("end-%1").arg(application->pid()));
+  box.setInformativeText(details(*application, way));
   QPushButton* end = box.addButton(texts_(way.button), QMessageBox::DestructiveRole);
-  QObject::connect(end, &QPushButton::clicked, &menu_, [this, process, signal = way.signal] {
-    if (const auto problem = process->signal(signal)) {
-      tell(*problem, process->name(), process->pid());
-    }
-  });
+  QObject::connect(end, &QPushButton::clicked, &menu_,
+                   [this, application, &way] { this->end(application, way); });
   QPushButton* cancel = box.addButton(texts_("&Cancel"), QMessageBox::RejectRole);
   box.setDefaultButton(cancel);
   box.setEscapeButton(cancel);
   box.show();
 }
 
-void ProcessEnder::tell(EndProblem problem, const std::string& name, std::int64_t pid) {
-  QMessageBox& box = openBox(texts_(sentence(problem)).arg(plainText(name), QString::number(pid)));
+QString ProcessEnder::details(const EndableApplication& application, const Way& way) const {
+  QStringList lines;
+  for (const std::string& line : {words_.first(application), words_.busiest(application),
+                                  words_.consequence(application, way.way)}) {
+    if (!line.empty()) {
+      lines.append(plainText(line));
+    }
+  }
+  return lines.join(u'\n');
+}
+
+void ProcessEnder::end(const Application& application, const Way& way) {
+  const auto failures = application->end(way.way);
+  followUp_ = [this, application, &way] { askAboutTheRest(*application, way); };
+  soon_.start(kShortly);
+  if (!failures.empty()) {
+    tell(failures);
+  }
+}
+
+void ProcessEnder::askAboutTheRest(EndableApplication& application, const Way& way) {
+  EndableApplication rest = application.startedMeanwhile();
+  if (rest.size() > 0) {
+    confirm(std::make_shared<EndableApplication>(std::move(rest)), way);
+  }
+}
+
+void ProcessEnder::tell(const std::vector<EndableApplication::Failure>& failures) {
+  QStringList lines;
+  for (const std::string& line : words_.failures(failures)) {
+    lines.append(plainText(line));
+  }
+  QMessageBox& box = openBox(lines.join(u'\n'));
   box.setDefaultButton(box.addButton(texts_("Clos&e"), QMessageBox::RejectRole));
   box.show();
 }
@@ -126,10 +139,16 @@ QMessageBox& ProcessEnder::openBox(const QString& text) {
 }
 
 void ProcessEnder::update() {
-  const bool isAsking = menu_.isVisible() || (box_ != nullptr && box_->isVisible());
-  if (!isAsking) {
-    menu_.clear();  // It holds the process.
+  const auto isOpen = [this] {
+    return menu_.isVisible() || (box_ != nullptr && box_->isVisible());
+  };
+  if (!isOpen()) {
+    menu_.clear();  // It holds the row.
+    if (followUp_ && !soon_.isActive()) {
+      std::exchange(followUp_, nullptr)();
+    }
   }
+  const bool isAsking = isOpen();
   if (isAsking != std::exchange(isAsking_, isAsking) && asking_) {
     asking_(isAsking);
   }

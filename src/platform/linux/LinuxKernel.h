@@ -67,6 +67,8 @@ class LinuxKernel : public Kernel {
   /// them.
   [[nodiscard]] bool sharesPids() const { return processDirectory_.sharesPids(); }
 
+  [[nodiscard]] ProcessDirectory& processDirectory() { return processDirectory_; }
+
  private:
   bool readStat();
   bool hasLines();

@@ -3,11 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QHelpEvent>
 #include <QTest>
+#include <QTextDocument>
+#include <QToolTip>
 
-#include "host/desktop/kit/BootTime.h"
+#include "host/BootTime.h"
 
 namespace vel::test {
 
@@ -25,10 +29,15 @@ struct KillApp : testing::Test {
   }
 
   std::vector<EndRequest> requests;
+  int questions = 0;
   QWidget window;
   ProcessLabel label{&window};
   QtTextFieldKillApp field{label,
-                           [this](const EndRequest& request) { requests.push_back(request); }};
+                           [this](const EndRequest& request) { requests.push_back(request); },
+                           [this](std::int64_t pid) {
+                             ++questions;
+                             return QStringLiteral("Process: %1\n<i>x</i>").arg(pid);
+                           }};
 };
 
 TEST_F(KillApp, AsksToEndWhatItNames) {
@@ -64,6 +73,23 @@ TEST_F(KillApp, AsksToEndWhatItNames) {
       }
     }
   }
+}
+
+TEST_F(KillApp, TellsMoreOnlyWhenAsked) {
+  const auto description = [this] {
+    return QAccessible::queryAccessibleInterface(&label)->text(QAccessible::Description);
+  };
+  field.setStringValue("a whole <b>name</b>");
+  EXPECT_EQ(description(), "");
+  field.setPID(8);
+  field.setStringValue("a whole <b>name</b>");
+  EXPECT_EQ(questions, 0);
+  EXPECT_EQ(description(), "Process: 8\n<i>x</i>");
+  send<QHelpEvent>(QEvent::ToolTip, QPoint(1, 1), label.mapToGlobal(QPoint(1, 1)));
+  QTextDocument shown;
+  shown.setHtml(QToolTip::text());
+  EXPECT_EQ(shown.toPlainText(), "a whole <b>name</b>\nProcess: 8\n<i>x</i>");
+  EXPECT_EQ(questions, 2);
 }
 
 }  // namespace vel::test

@@ -7,8 +7,7 @@ namespace vel {
 
 enum class EndProblem : std::uint8_t {
   endedAlready,
-  /// The number belongs to another process than was shown, or to the same under another name.
-  isAnother,
+  isAnother,      ///< the number belongs to another process than was shown, or to another row
   kernelThread,   ///< which ignores signals
   notPermitted,   ///< to this user
   notOfThisHost,  ///< shown from another system or pid namespace
