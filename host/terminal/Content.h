@@ -23,6 +23,9 @@ struct Content {
   std::optional<AlertRule> alertRule;       ///< none while there are no alerts
   bool hasGPUAlert = false;                 ///< alerts of another graphics processor are on
   std::wstring alert;                       ///< the latest that the user has not dismissed yet
+  std::string chosen;                       ///< the pid of a row of the list; empty for none
+  std::wstring prompt;                      ///< a question or an answer; empty for none
+  std::wstring promptKeys;                  ///< what the keys do, where it is a question
 };
 
 /// Where the content comes from.
@@ -32,8 +35,8 @@ class ContentSource {
   ContentSource(View* item, const Panel& panel, const ModuleControls& controls, Kernel& kernel)
       : item_(item), panel_(panel), controls_(controls), running_(kernel) {}
 
-  /// Overwrites everything but the alert, which is none of the readings. To be called once a
-  /// refresh.
+  /// Overwrites everything but the alert and what the user is about, which are no readings. To be
+  /// called once a refresh.
   void read(const CPUData& record, Content& content);
 
   /// What has changed without a refresh.

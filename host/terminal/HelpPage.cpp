@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cwchar>
 #include <limits>
 
 #include "host/terminal/Text.h"
@@ -10,18 +11,6 @@ namespace vel {
 namespace {
 
 constexpr int kUnlimited = std::numeric_limits<int>::max();
-
-/// The front of `text` that fits, and with it the blank at which it ends: whole words if there is
-/// room for one.
-std::wstring_view takeLine(std::wstring_view& text, int columns) {
-  const std::size_t fitting = clipped(text, std::max(1, columns)).size();
-  const std::size_t blank = text.rfind(L' ', fitting);
-  const bool isAtBlank = fitting < text.size() && blank != std::wstring_view::npos;
-  const std::size_t length = std::max(std::size_t{1}, isAtBlank ? blank + 1 : fitting);
-  const std::wstring_view line = text.substr(0, length);
-  text.remove_prefix(line.size());
-  return line;
-}
 
 void addKey(std::vector<Line>& lines, const KeyDescription& key, int keyWidth, int columns) {
   std::wstring before = L" " + paddedRight(key.key, keyWidth) + L"  ";
@@ -59,6 +48,8 @@ std::vector<KeyDescription> describeKeys(const ModuleControls& controls, const L
   std::vector<KeyDescription> keys{{L"q", labels.quit, labels.quitExplained}};
   if (controls.hasRanking()) {
     keys.push_back({L"t", labels.ranking, labels.rankingExplained});
+    keys.push_back({wcwidth(L'↑') == 1 ? L"↑ ↓" : L"^ v", L"", labels.chooseExplained});
+    keys.push_back({L"k", labels.end, labels.endExplained});
   }
   if (controls.hasCores()) {
     keys.push_back({L"c", labels.cores, labels.coresExplained});

@@ -15,15 +15,11 @@ namespace {
 /// keys.
 class JsonWriter : public CPUData::Visitor {
  public:
-  explicit JsonWriter(std::string& text) : text_(text) {}
+  JsonWriter(const UserOf& userOf, std::string& text) : userOf_(userOf), text_(text) {}
 
   void number(std::string_view key, float value) override {
     appendKey(key);
-    if (std::isfinite(value)) {
-      appendNumber(value);
-    } else {
-      text_ += "null";
-    }
+    appendFinite(value);
   }
 
   void duration(std::string_view key, const CalendarDifference& value) override {
@@ -49,6 +45,12 @@ class JsonWriter : public CPUData::Visitor {
       appendString(process.pid);
       appendKey(ProcessEntry::kAvgCpuTimeKey);
       appendString(process.avgCpuTime);
+      appendKey("share");
+      appendFinite(process.share);
+      appendKey("processes");
+      appendNumber(process.processes);
+      appendKey("user");
+      appendString(userOf_(process.pid));
       text_ += '}';
     });
   }
@@ -69,6 +71,14 @@ class JsonWriter : public CPUData::Visitor {
   void appendKey(std::string_view key) {
     appendComma();
     text_.append(1, '"').append(key).append("\":");
+  }
+
+  void appendFinite(float value) {
+    if (std::isfinite(value)) {
+      appendNumber(value);
+    } else {
+      text_ += "null";
+    }
   }
 
   template <typename Number>
@@ -93,20 +103,23 @@ class JsonWriter : public CPUData::Visitor {
     text_ += ']';
   }
 
+  const UserOf& userOf_;
   std::string& text_;
 };
 
 }  // namespace
 
-void writeJson(const CPUData& record, std::string& text) {
+void writeJson(const CPUData& record, const UserOf& userOf, std::string& text) {
   text = "{";
-  JsonWriter writer(text);
+  JsonWriter writer(userOf, text);
   record.visit(writer);
   text += '}';
 }
 
 void JsonLines::show(const CPUData& record) {
-  writeJson(record, line_);
+  writeJson(
+      record, [this](const std::string& pid) { return users_.of(pid); }, line_);
+  users_.forgetOthers();
   line_ += '\n';
   output_.write(line_);
 }

@@ -69,6 +69,17 @@ Key keyOf(char byte) {
     case 'x':
     case 'X':
       return Key::dismiss;
+    case 'k':
+    case 'K':
+      return Key::end;
+    case 'y':
+    case 'Y':
+      return Key::yes;
+    case 'f':
+    case 'F':
+      return Key::force;
+    case '\x1b':
+      return Key::escape;
     case 'h':
     case 'H':
     case '?':
@@ -78,13 +89,21 @@ Key keyOf(char byte) {
   }
 }
 
+/// Of several bytes. Terminals send either form, after what the program asked for last.
+Key keyOfSequence(std::string_view bytes) {
+  if (bytes == "\x1b[A" || bytes == "\x1bOA") {
+    return Key::up;
+  }
+  return bytes == "\x1b[B" || bytes == "\x1bOB" ? Key::down : Key::other;
+}
+
 }  // namespace
 
 std::vector<Key> keysOf(std::string_view bytes) {
   std::vector<Key> keys;
   while (!bytes.empty()) {
     const std::size_t length = lengthOfKey(bytes);
-    keys.push_back(length == 1 ? keyOf(bytes.front()) : Key::other);
+    keys.push_back(length == 1 ? keyOf(bytes.front()) : keyOfSequence(bytes.substr(0, length)));
     bytes.remove_prefix(length);
   }
   return keys;

@@ -21,6 +21,12 @@ enum class Key : std::uint8_t {
   shorterDuration,
   longerDuration,
   dismiss,
+  up,
+  down,
+  escape,
+  end,
+  yes,
+  force,
   help,
   other
 };
@@ -30,7 +36,7 @@ enum class Key : std::uint8_t {
 std::optional<std::vector<Key>> readKeys(int descriptor);
 
 /// The keys whose bytes these are. A letter is the same key as its capital; the letters in a
-/// function key's bytes are none.
+/// function key's bytes are none. Escape is told from a function key by what comes with it.
 std::vector<Key> keysOf(std::string_view bytes);
 
 }  // namespace vel

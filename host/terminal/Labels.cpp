@@ -52,6 +52,13 @@ Labels::Labels(const Bundle* bundle)
           decode(localized(bundle, "for how long before there is an alert, shorter or longer"))),
       dismiss(decode(localized(bundle, "dismiss"))),
       dismissExplained(decode(localized(bundle, "take the alert off the first line"))),
+      end(decode(localized(bundle, "end"))),
+      endExplained(decode(
+          localized(bundle, "end the chosen process and those it started, after a question"))),
+      force(decode(localized(bundle, "force"))),
+      no(decode(localized(bundle, "no"))),
+      chooseExplained(decode(localized(bundle, "choose a process of the list; Esc chooses none"))),
+      chooseFirst(decode(localized(bundle, "Choose a process of the list first, with ↑ or ↓."))),
       help(decode(localized(bundle, "help"))),
       helpExplained(decode(localized(bundle, "this page"))),
       keys(decode(localized(bundle, "Keys"))),

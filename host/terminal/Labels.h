@@ -46,6 +46,12 @@ struct Labels {
   std::wstring durationExplained;
   std::wstring dismiss;
   std::wstring dismissExplained;
+  std::wstring end;
+  std::wstring endExplained;
+  std::wstring force;
+  std::wstring no;
+  std::wstring chooseExplained;
+  std::wstring chooseFirst;
   std::wstring help;
   std::wstring helpExplained;
 

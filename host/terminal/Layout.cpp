@@ -7,6 +7,7 @@
 #include <numeric>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "host/terminal/Bar.h"
@@ -82,7 +83,9 @@ class Layout {
   void addGauges(int count, bool withNice);
   void addProcessors();
   void addGraph(int rows);
+  void addProcesses();
   void addKeyHints();
+  void coverByPrompt();
 
   [[nodiscard]] Line alertLine() const;
   [[nodiscard]] Line itemLine() const;
@@ -158,13 +161,59 @@ Page Layout::page() {
   addAll(std::move(status));
   if (processes) {
     addBlank(1);
-    addAll(processLines(*content_.processes, labels_, width_));
+    addProcesses();
   }
   if (keyHints) {
     addBlank(rows_ - 1 - static_cast<int>(lines_.size()));
     addKeyHints();
   }
+  coverByPrompt();
   return {std::move(lines_), processes};
+}
+
+/// The chosen one has a mark, in the margin where there is one.
+void Layout::addProcesses() {
+  const ProcessList& list = *content_.processes;
+  const bool makeRoom = margin_ == 0 && !content_.chosen.empty();
+  std::vector<Line> lines = processLines(list, labels_, width_ - (makeRoom ? 1 : 0));
+  add(std::move(lines.front()));
+  for (std::size_t i = 0; i < list.entries.size(); ++i) {
+    Line& line = lines[i + 1];
+    const bool chosen = !content_.chosen.empty() && list.entries[i].pid == content_.chosen;
+    if (chosen) {
+      std::for_each(line.begin(), line.end(), [](Span& span) { span.tone = Tone::chosen; });
+    }
+    if (makeRoom) {
+      line.insert(line.begin(), Span{L" "});
+    }
+    add(std::move(line));
+    if (chosen) {
+      lines_.back().front().text = L">";
+    }
+  }
+}
+
+void Layout::coverByPrompt() {
+  std::vector<Line> lines;
+  for (std::wstring_view rest = content_.prompt; !rest.empty();) {
+    lines.push_back({{std::wstring(takeLine(rest, width_)), Tone::strong}});
+  }
+  if (!content_.promptKeys.empty()) {
+    const int width = widthOf(content_.promptKeys);
+    if (lines.empty() || widthOf(lines.back()) + kGap + width > width_) {
+      lines.emplace_back();
+    } else {
+      lines.back().push_back({std::wstring(kGap, L' ')});
+    }
+    lines.back().push_back({content_.promptKeys});
+  }
+  const std::size_t rows = static_cast<std::size_t>(std::max(0, rows_));
+  lines.resize(std::min(lines.size(), rows));
+  std::vector<Line> covered = std::exchange(lines_, {});
+  addAll(std::move(lines));
+  for (std::size_t i = lines_.size(); i < covered.size(); ++i) {
+    lines_.push_back(std::move(covered[i]));
+  }
 }
 
 /// The rest are the least of the processors, what is less important than they, and the gaps.

@@ -30,7 +30,8 @@ struct Page {
 /// left out, the item last of all and an alert just before it; processors that are too many for a
 /// gauge each share one with their neighbours, which shows their mean. Where the item has more
 /// gauges than there are columns, neighbours share one, which shows the highest. An empty item has
-/// no line. The list of processes and the graph are shown where they do not crowd out the rest.
+/// no line. The list of processes and the graph are shown where they do not crowd out the rest. A
+/// prompt covers the first lines, so that nothing moves.
 Page layOut(const Content& content, const Labels& labels, const Locale& locale, LayoutSize size,
             const LayoutStyle& style);
 

@@ -15,6 +15,7 @@ enum class Tone : std::uint8_t {
   gauge,      ///< the filled part of a gauge
   gaugeIdle,  ///< the same of a gauge that is good when full
   busy,       ///< a share above the threshold, number and gauge; an alert
+  chosen,     ///< the row of the list that the keys are about
 };
 
 struct Span {

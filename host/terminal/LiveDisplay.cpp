@@ -1,10 +1,13 @@
 #include "host/terminal/LiveDisplay.h"
 
+#include <algorithm>
 #include <array>
 #include <csignal>
+#include <cstddef>
 #include <ctime>
 #include <cwchar>
 
+#include "host/BootTime.h"
 #include "host/Signals.h"
 
 namespace vel {
@@ -23,6 +26,10 @@ std::wstring timeOfDay() {
 
 void LiveDisplay::show(const CPUData& record) {
   source_.read(record, content_);
+  shownAt_ = bootTime();
+  if (chosen() == nullptr) {
+    content_.chosen.clear();
+  }
   paint();
 }
 
@@ -41,6 +48,44 @@ void LiveDisplay::alert(const std::wstring& text) {
 void LiveDisplay::dismissAlert() {
   content_.alert.clear();
   paint();
+}
+
+void LiveDisplay::choose(int step) {
+  if (!hasProcesses_ || content_.processes->entries.empty()) {
+    return;
+  }
+  const auto& entries = content_.processes->entries;
+  const ProcessEntry* const now = chosen();
+  const auto count = static_cast<std::ptrdiff_t>(entries.size());
+  const std::ptrdiff_t next = now != nullptr ? now - entries.data() + step
+                              : step > 0     ? 0
+                                             : count - 1;
+  content_.chosen =
+      next >= 0 && next < count ? entries[static_cast<std::size_t>(next)].pid : std::string();
+  paint();
+}
+
+void LiveDisplay::unchoose() {
+  content_.chosen.clear();
+  paint();
+}
+
+const ProcessEntry* LiveDisplay::chosen() const {
+  if (content_.chosen.empty() || !content_.processes) {
+    return nullptr;
+  }
+  const auto& entries = content_.processes->entries;
+  const auto row = std::find_if(entries.begin(), entries.end(),
+                                [this](const auto& each) { return each.pid == content_.chosen; });
+  return row != entries.end() ? &*row : nullptr;
+}
+
+void LiveDisplay::prompt(const std::wstring& text, const std::wstring& keys) {
+  if (text != content_.prompt || keys != content_.promptKeys) {
+    content_.prompt = text;
+    content_.promptKeys = keys;
+    paint();
+  }
 }
 
 void LiveDisplay::showHelp(bool shown) {
@@ -70,6 +115,10 @@ void LiveDisplay::paint() {
   }
   const auto [columns, rows] = screen_.size();
   const Page page = layOut(content_, labels_, locale_, {columns, rows}, style_);
+  hasProcesses_ = page.hasProcesses;
+  if (!hasProcesses_) {
+    content_.chosen.clear();
+  }
   panel_.setOnScreen(page.hasProcesses && !helpShown_);
   screen_.paint(helpShown_ ? helpPage(style_.keys, labels_, columns, rows) : page.lines);
 }

@@ -1,6 +1,7 @@
 // The readings on a terminal's whole screen.
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <utility>
 
@@ -34,6 +35,17 @@ class LiveDisplay : public Display {
   void alert(const std::wstring& text);
   void dismissAlert();
 
+  /// Chooses the next row of the list, or the one before it with `step` -1; none after the last and
+  /// before the first. The choice stays with the row's process, and goes with it.
+  void choose(int step);
+  void unchoose();
+  [[nodiscard]] const ProcessEntry* chosen() const;
+  /// When the list was shown last, since the machine was started.
+  [[nodiscard]] std::chrono::nanoseconds shownAt() const { return shownAt_; }
+
+  /// In front of the readings until it is empty.
+  void prompt(const std::wstring& text, const std::wstring& keys);
+
   /// In the readings' place, or no more.
   void showHelp(bool shown);
   [[nodiscard]] bool isHelpShown() const { return helpShown_; }
@@ -59,6 +71,8 @@ class LiveDisplay : public Display {
   Screen screen_;
   Content content_;
   bool helpShown_ = false;
+  bool hasProcesses_ = false;  ///< on screen
+  std::chrono::nanoseconds shownAt_{0};
 };
 
 }  // namespace vel

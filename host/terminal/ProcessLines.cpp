@@ -1,6 +1,7 @@
 #include "host/terminal/ProcessLines.h"
 
 #include <algorithm>
+#include <cwchar>
 #include <string>
 
 #include "host/terminal/Text.h"
@@ -8,7 +9,7 @@
 namespace vel {
 namespace {
 
-constexpr int kNameWidth = 16;  ///< the kernel's names are no longer (man 5 proc, comm)
+constexpr int kNameWidth = 16;  ///< enough for most names, so that the columns seldom move
 constexpr int kLeastNameWidth = 8;
 constexpr int kPidWidth = 7;  ///< of the highest that there is, 4194304
 constexpr int kShareWidth = 7;
@@ -25,26 +26,52 @@ const std::wstring& headingOf(ProcessList::Ranking ranking, const Labels& labels
   return labels.topProcesses;
 }
 
+/// As "×14", nothing for one.
+std::wstring countOf(const ProcessEntry& process) {
+  const wchar_t* const times = wcwidth(L'×') == 1 ? L"×" : L"x";
+  return process.processes > 1 ? times + std::to_wstring(process.processes) : std::wstring();
+}
+
+/// In columns, 0 for a column that is left out.
+struct Widths {
+  int name = kNameWidth;
+  int count = 0;
+  int pid = kGap + kPidWidth;
+  int share = kGap + kShareWidth;
+};
+
+Widths widthsOf(const ProcessList& processes, int columns) {
+  Widths widths;
+  for (const ProcessEntry& process : processes.entries) {
+    widths.name = std::max(widths.name, widthOf(decode(process.name)));
+    const int count = widthOf(countOf(process));
+    widths.count = std::max(widths.count, count > 0 ? kGap + count : 0);
+    widths.share = std::max(widths.share, kGap + widthOf(decode(process.avgCpuTime)));
+  }
+  if (columns < kNameWidth + widths.count + widths.pid + widths.share) {
+    widths.count = 0;
+  }
+  if (columns < kLeastNameWidth + widths.pid + widths.share) {
+    widths.pid = 0;
+  }
+  widths.name = std::clamp(columns - widths.count - widths.pid - widths.share, 0, widths.name);
+  return widths;
+}
+
 }  // namespace
 
 std::vector<Line> processLines(const ProcessList& processes, const Labels& labels, int columns) {
-  int shareWidth = kShareWidth;
-  for (const ProcessEntry& process : processes.entries) {
-    shareWidth = std::max(shareWidth, widthOf(decode(process.avgCpuTime)));
-  }
-  const int withoutName = kGap + kPidWidth + kGap + shareWidth;
-  const bool withPid = columns >= kLeastNameWidth + withoutName;
-  const int nameWidth =
-      std::clamp(columns - (withPid ? withoutName : kGap + shareWidth), 0, kNameWidth);
-
+  const Widths widths = widthsOf(processes, columns);
   std::vector<Line> lines{{{headingOf(processes.ranking, labels), Tone::faint}}};
   for (const ProcessEntry& process : processes.entries) {
-    const std::wstring name = decode(process.name);
-    Line line{{paddedRight(clipped(name, nameWidth), nameWidth)}};
-    if (withPid) {
-      line.push_back({paddedLeft(decode(process.pid), kGap + kPidWidth), Tone::faint});
+    Line line{{paddedRight(shortened(decode(process.name), widths.name), widths.name)}};
+    if (widths.count > 0) {
+      line.push_back({paddedLeft(countOf(process), widths.count), Tone::faint});
     }
-    line.push_back({paddedLeft(decode(process.avgCpuTime), kGap + shareWidth)});
+    if (widths.pid > 0) {
+      line.push_back({paddedLeft(decode(process.pid), widths.pid), Tone::faint});
+    }
+    line.push_back({paddedLeft(decode(process.avgCpuTime), widths.share)});
     lines.push_back(std::move(line));
   }
   return lines;

@@ -9,8 +9,9 @@
 
 namespace vel {
 
-/// A heading and a line for each process, their columns aligned; at most `columns` wide, where the
-/// pid is left out first.
+/// A heading and a line for each row, their columns aligned; at most `columns` wide. Where that is
+/// little, first the number of processes in the row is left out, then a name ends in an ellipsis,
+/// then the pid is left out.
 std::vector<Line> processLines(const ProcessList& processes, const Labels& labels, int columns);
 
 }  // namespace vel

@@ -20,7 +20,7 @@
 namespace vel {
 namespace {
 
-constexpr std::size_t kTones = 6;
+constexpr std::size_t kTones = 7;
 constexpr int kManyColours = 256;
 
 struct Colour {
@@ -101,6 +101,7 @@ Screen::~Screen() {
 void Screen::State::chooseAttributes() {
   attributes[static_cast<std::size_t>(Tone::strong)] = A_BOLD;
   attributes[static_cast<std::size_t>(Tone::faint)] = A_DIM;
+  attributes[static_cast<std::size_t>(Tone::chosen)] = A_REVERSE;
   if (wantsColour() && has_colors() && start_color() == OK) {
     chooseColours();
   } else {

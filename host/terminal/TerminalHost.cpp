@@ -18,6 +18,9 @@ constexpr std::chrono::milliseconds kLeastSample{100};
 /// From a panel's first reading of the processes to the second, with which it has shares.
 constexpr std::chrono::milliseconds kFirstSample{400};
 
+/// Within which most programs end, and the processes that they have started.
+constexpr std::chrono::milliseconds kShortly{400};
+
 }  // namespace
 
 TerminalHost::TerminalHost(const Options& options, double interval, ModuleSession& session,
@@ -61,8 +64,8 @@ void TerminalHost::watchOutput() {
   loop_.watch(STDOUT_FILENO, 0, [this](short) { loop_.end(); });
 }
 
-void TerminalHost::serveKeyboard(ModuleControls& controls) {
-  loop_.watch(STDIN_FILENO, POLLIN, [this, &controls](short) {
+void TerminalHost::serveKeyboard(ModuleControls& controls, EndPrompt& ending) {
+  loop_.watch(STDIN_FILENO, POLLIN, [this, &controls, &ending](short) {
     // Read by a program in the background, the terminal would stop it again and again, and it
     // would never come to see the signal that ends it.
     if (!isForeground(STDIN_FILENO)) {
@@ -77,17 +80,40 @@ void TerminalHost::serveKeyboard(ModuleControls& controls) {
       return;
     }
     for (auto key = keys->begin(); key != keys->end() && !loop_.isEnding(); ++key) {
-      serveKey(*key, controls);
+      serveKey(*key, controls, ending);
     }
     followPanel();
   });
+  loop_.watch(rest_.descriptor(), POLLIN, [this, &ending](short) {
+    if (rest_.acknowledge()) {
+      ending.askAboutTheRest();
+      show(ending);
+    }
+  });
 }
 
-void TerminalHost::serveKey(Key key, ModuleControls& controls) {
+void TerminalHost::answer(Key key, EndPrompt& ending) {
+  if (ending.answer(key)) {
+    rest_.set(std::chrono::steady_clock::now() + kShortly);
+    refreshSoon();
+  }
+  show(ending);
+}
+
+void TerminalHost::show(const EndPrompt& ending) {
+  live_->prompt(ending.text(), ending.answers());
+}
+
+void TerminalHost::serveKey(Key key, ModuleControls& controls, EndPrompt& ending) {
   if (live_->isHelpShown()) {
     live_->showHelp(false);
     return;
   }
+  if (ending.isAsking()) {
+    answer(key, ending);
+    return;
+  }
+  ending.dismiss();
   switch (key) {
     case Key::quit:
       loop_.end();
@@ -135,9 +161,28 @@ void TerminalHost::serveKey(Key key, ModuleControls& controls) {
     case Key::dismiss:
       live_->dismissAlert();
       break;
+    case Key::up:
+      live_->choose(-1);
+      break;
+    case Key::down:
+      live_->choose(1);
+      break;
+    case Key::escape:
+      live_->unchoose();
+      break;
+    case Key::end:
+      if (const ProcessEntry* const row = live_->chosen()) {
+        ending.ask(*row, live_->shownAt());
+      } else if (panel_.isOnScreen()) {
+        ending.askForChoice();
+      }
+      break;
+    case Key::yes:
+    case Key::force:
     case Key::other:
       break;
   }
+  show(ending);
 }
 
 void TerminalHost::serveNotifications(TerminalNotifications& notifications,

@@ -8,6 +8,7 @@
 #include "host/session/ModuleSession.h"
 #include "host/terminal/DeferredReports.h"
 #include "host/terminal/Display.h"
+#include "host/terminal/EndPrompt.h"
 #include "host/terminal/EventLoop.h"
 #include "host/terminal/Keyboard.h"
 #include "host/terminal/LiveDisplay.h"
@@ -30,7 +31,7 @@ class TerminalHost {
   /// The program ends with its reader.
   void watchOutput();
   /// There must be a live display.
-  void serveKeyboard(ModuleControls& controls);
+  void serveKeyboard(ModuleControls& controls, EndPrompt& ending);
 
   /// What comes shows with the next refresh: on the live display, else as reports.
   void serveNotifications(TerminalNotifications& notifications, DeferredReports& reports);
@@ -41,7 +42,9 @@ class TerminalHost {
  private:
   void serveQueue();
   void serveSignal(int signal);
-  void serveKey(Key key, ModuleControls& controls);
+  void serveKey(Key key, ModuleControls& controls, EndPrompt& ending);
+  void answer(Key key, EndPrompt& ending);
+  void show(const EndPrompt& ending);
 
   /// At the timer's beat.
   void refreshInTurn();
@@ -65,6 +68,7 @@ class TerminalHost {
   TerminalNotifications* notifications_ = nullptr;
   DeferredReports* reports_ = nullptr;
 
+  SingleTimer rest_;  ///< to ask about what was started while other processes were ended
   SingleTimer extra_;
   bool extraIsDue_ = false;  ///< soon
   bool oneMore_ = false;     ///< to follow the next refresh

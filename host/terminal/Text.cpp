@@ -130,6 +130,24 @@ std::wstring_view clipped(std::wstring_view text, int columns) {
   return text.substr(0, length);
 }
 
+std::wstring shortened(std::wstring_view text, int columns) {
+  if (widthOf(text) <= columns) {
+    return std::wstring(text);
+  }
+  const wchar_t ellipsis = wcwidth(L'…') == 1 ? L'…' : L'~';
+  return columns > 0 ? std::wstring(clipped(text, columns - 1)) + ellipsis : std::wstring();
+}
+
+std::wstring_view takeLine(std::wstring_view& text, int columns) {
+  const std::size_t fitting = clipped(text, std::max(1, columns)).size();
+  const std::size_t blank = text.rfind(L' ', fitting);
+  const bool isAtBlank = fitting < text.size() && blank != std::wstring_view::npos;
+  const std::size_t length = std::max(std::size_t{1}, isAtBlank ? blank + 1 : fitting);
+  const std::wstring_view line = text.substr(0, length);
+  text.remove_prefix(line.size());
+  return line;
+}
+
 std::wstring paddedLeft(std::wstring_view text, int columns) {
   return std::wstring(gap(text, columns), L' ').append(text);
 }

@@ -19,6 +19,13 @@ int widthOf(std::wstring_view text);
 /// As much of the front of `text` as fits.
 std::wstring_view clipped(std::wstring_view text, int columns);
 
+/// `text`, its end replaced by an ellipsis where it does not fit.
+std::wstring shortened(std::wstring_view text, int columns);
+
+/// Takes the front of `text` that fits, and with it the blank at which it ends: whole words if
+/// there is room for one.
+std::wstring_view takeLine(std::wstring_view& text, int columns);
+
 std::wstring paddedLeft(std::wstring_view text, int columns);
 std::wstring paddedRight(std::wstring_view text, int columns);
 

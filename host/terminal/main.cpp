@@ -22,6 +22,7 @@
 #include "host/store/SettingsStore.h"
 #include "host/terminal/Content.h"
 #include "host/terminal/DeferredReports.h"
+#include "host/terminal/EndPrompt.h"
 #include "host/terminal/HelpPage.h"
 #include "host/terminal/JsonLines.h"
 #include "host/terminal/LiveDisplay.h"
@@ -134,7 +135,7 @@ void show(const Options& options, std::vector<std::string> arguments) {
   panel.setOnScreen(options.json || options.once);
   const auto makeDisplay = [&]() -> std::unique_ptr<Display> {
     if (options.json) {
-      return std::make_unique<JsonLines>(output);
+      return std::make_unique<JsonLines>(output, session.kernel());
     }
     if (options.once) {
       return std::make_unique<Summary>(output, source, labels, locale, summarySize(), style);
@@ -146,13 +147,16 @@ void show(const Options& options, std::vector<std::string> arguments) {
   };
   const auto display = makeDisplay();
 
+  EndPrompt ending(session.kernel(), labels, EndWords([bundle](const char* key) {
+                     return std::string(bundle != nullptr ? bundle->localizedString(key) : key);
+                   }));
   TerminalHost host(options, secondsBetweenRefreshes(options, store), session, panel, *display,
                     dynamic_cast<LiveDisplay*>(display.get()));
   host.serveSignals(signals);
   host.watchOutput();
   host.serveNotifications(notifications, reports);
   if (hasKeyboard) {
-    host.serveKeyboard(controls);
+    host.serveKeyboard(controls, ending);
   }
   host.run();
 }

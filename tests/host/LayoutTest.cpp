@@ -106,7 +106,8 @@ class LayoutTest : public ::testing::Test {
 
   [[nodiscard]] std::vector<std::wstring> shown(const Readings& readings, LayoutSize size) const {
     std::vector<std::wstring> texts;
-    const Content content{item_, readings, processes_, graph_, alertRule_, hasGPUAlert_, {}};
+    const Content content{item_,        readings, processes_, graph_,  alertRule_,
+                          hasGPUAlert_, {},       chosen_,    prompt_, promptKeys_};
     const Page page = layOut(content, labels_, locale_, size, {true, keys_});
     for (const Line& line : page.lines) {
       texts.push_back(textOf(line));
@@ -127,6 +128,9 @@ class LayoutTest : public ::testing::Test {
   const VELGraphMultiple* graph_ = nullptr;
   std::optional<AlertRule> alertRule_;
   bool hasGPUAlert_ = false;
+  std::string chosen_;
+  std::wstring prompt_;
+  std::wstring promptKeys_;
 };
 
 TEST_F(LayoutTest, FitsAnySizeAndShowsEveryProcessorOnce) {
@@ -236,11 +240,59 @@ TEST_F(LayoutTest, NamesOfProcessesAreHarmlessAndAligned) {
             L"<b>%n???????????       10      1.5%|");
 }
 
+TEST_F(LayoutTest, RowsOfSeveralProcessesSaySoWhereThereIsRoom) {
+  const ProcessList list{ProcessList::Ranking::now,
+                         {{"a name of 24 characters.", "7", "2.0%", 0.0F, 14},
+                          {"make", "8", "1.0%", 0.0F, 1},
+                          {"tar", "9", "1.0%", 0.0F, 1000}}};
+  const std::pair<int, std::wstring> cases[] = {
+      {80, L"a name of 24 characters.    ×14        7     2.0%"},
+      {41, L"a name of 24 ch…    ×14        7     2.0%"},
+      {40, L"a name of 24 characte…        7     2.0%"},
+      {26, L"a name …        7     2.0%"},
+      {25, L"a name of 24 ch…     2.0%"}};
+  for (const auto& [columns, first] : cases) {
+    SCOPED_TRACE(columns);
+    const auto lines = processLines(list, labels_, columns);
+    EXPECT_EQ(textOf(lines[1]), first);
+    EXPECT_EQ(widthOf(lines[2]), widthOf(lines[1]));
+    EXPECT_EQ(widthOf(lines[3]), widthOf(lines[1]));
+  }
+}
+
+TEST_F(LayoutTest, TheChosenRowIsMarkedAndAPromptCoversTheFirstLines) {
+  processes_ =
+      ProcessList{ProcessList::Ranking::now, {{"first", "7", "2%"}, {"second", "8", "1%"}}};
+  chosen_ = "8";
+  auto lines = shown(readingsOf(2), {80, 24});
+  const auto isList = [](const std::wstring& line) {
+    return line.ends_with(L"Top processes, now");
+  };
+  auto list = std::find_if(lines.begin(), lines.end(), isList);
+  EXPECT_EQ(list[1], L" first                   7       2%");
+  EXPECT_EQ(list[2], L">second                  8       1%");
+  const std::wstring item = lines[0];
+  lines = shown(readingsOf(2), {30, 24});
+  list = std::find_if(lines.begin(), lines.end(), isList);
+  EXPECT_EQ(list[1], L" first              7       2%");
+  EXPECT_EQ(list[2], L">second             8       1%");
+
+  prompt_ = L"End “make” and the 13 processes it started?";
+  promptKeys_ = L"y end  f force  n no";
+  lines = shown(readingsOf(2), {80, 24});
+  EXPECT_EQ(lines[0], L" End “make” and the 13 processes it started?  y end  f force  n no");
+  EXPECT_EQ(lines[1].substr(0, 5), L" User");
+  lines = shown(readingsOf(2), {44, 24});
+  EXPECT_EQ(lines[0], L" End “make” and the 13 processes it ");
+  EXPECT_EQ(lines[1], L" started?  y end  f force  n no");
+}
+
 TEST_F(LayoutTest, ALoadAbove70PercentIsBusy) {
   for (const float share : {0.7F, 0.71F}) {
     const Readings readings{share, 0.0F, 0.0F, 0.9F, {}, {}, {}, {}, {}, {}};
-    const auto lines =
-        layOut({{}, readings, {}, nullptr, {}, false, {}}, labels_, locale_, {20, 4}, {}).lines;
+    const auto lines = layOut({{}, readings, {}, nullptr, {}, false, {}, {}, {}, {}}, labels_,
+                              locale_, {20, 4}, {})
+                           .lines;
     EXPECT_EQ(lines[0].back().tone == Tone::busy, share > 0.7F);
     EXPECT_NE(lines[2].back().tone, Tone::busy) << "idle";
   }

@@ -1,5 +1,6 @@
 // A module whose readings are written in its bundle's Info.strings: "processors" and the user share
 // of all of them in percent, "share". With "gauges", a number, it has an item, from the nib "Item".
+// With "process", a pid, it has a panel, "panel" in that nib, and a list with that one as "job".
 // With "alert" it notifies of that at its second refresh. With "creates" = "nothing" it has no
 // principal object.
 #include <cmath>
@@ -31,6 +32,9 @@ class ScriptedModule : public ModulePrincipal, private UserNotificationCenterDel
     }
     record_.setUpTime({0, 3, 4, 5});
     record_.setTopMemProcess({{"\x1b[31m\xff\n\"", "7", "1.5"}});
+    if (const auto process = bundle_.info("process")) {
+      record_.setTopMemProcess({{"first", "1", "9"}, {"job", std::string(*process), "1.5", 0, 3}});
+    }
   }
 
   ~ScriptedModule() override { Platform::current().userNotificationCenter.setDelegate(nullptr); }
@@ -53,7 +57,9 @@ class ScriptedModule : public ModulePrincipal, private UserNotificationCenterDel
     return nib_ ? nib_->outlet<View>("item") : nullptr;
   }
   [[nodiscard]] View* statusbarCombinedView() const override { return nullptr; }
-  [[nodiscard]] View* statusbarStandAloneView() const override { return nullptr; }
+  [[nodiscard]] View* statusbarStandAloneView() const override {
+    return nib_ && bundle_.info("process") ? nib_->outlet<View>("panel") : nullptr;
+  }
   [[nodiscard]] View* notificationCenterView() const override { return nullptr; }
   [[nodiscard]] View* preferencesModuleView() const override { return nullptr; }
   [[nodiscard]] View* preferenceNotificationView() const override { return nullptr; }

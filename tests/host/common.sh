@@ -28,7 +28,7 @@ bundle() {
   printf '%s\n' '"identifier" = "test"; "library" = "module.so";' "${@:2}" >"$scratch/$1/Info.strings"
   echo '<ui><widget class="QWidget" name="item"><widget class="VELMenuBarText" name="text"/>' \
     '<widget class="VELModuleNameStatusBarView" name="name"/><widget class="VELGaugeViewMultiple" name="gauges"/>' \
-    '</widget></ui>' >"$scratch/$1/Item.ui"
+    '<widget class="QWidget" name="panel"/></widget></ui>' >"$scratch/$1/Item.ui"
 }
 bundle sound '"contract" = "4"; "processors" = "8"; "share" = "50"; "gauges" = "1";'
 bundle alert '"contract" = "4"; "gauges" = "1"; "alert" = "<b>%s\U202e\U001b [7]";'

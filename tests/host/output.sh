@@ -72,8 +72,10 @@ expect "alert that cannot be sent" 'velbar-tty: CPU: .*' "$(sed '/no notificatio
 # The installed bundle's processes are there from the first refresh on; in JSON with a point in every locale.
 sed -i 's/^\[org.velbar.cpu\]$/&\ncpuTop5Type = 0/' "$XDG_CONFIG_HOME/velbar/settings.ini"
 machineWith one two
+printf 'Uid:\t0\t4123456\t0\t0\n' >"$scratch/busy/proc/102/status"
 text=$(LOCPATH=$scratch LC_ALL=de_DE.UTF-8 run "${busy[@]}" --json --count 1)
-[[ $text == *'"topMemProcess":[{"name":"two","pid":"102","avg cpu time":"20.0"},{"name":"one",'* ]] || fail "$text"
+row='"name":"two","pid":"102","avg cpu time":"20.0","share":0\.(19999|2)[0-9]*,"processes":1,"user":"4123456"'
+[[ $text =~ '"topMemProcess":[{'$row'},{"name":"one",' ]] || fail "$text"
 text=$(run "${busy[@]}" --once --interval 0.1)
 [[ $text == *$'\n\n Top processes, average since start\n two '*102*20.0$'\n one '*10.0 ]] || fail "$text"
 

@@ -9,6 +9,7 @@ unset TMUX
 terminal() { tmux -f /dev/null "$@"; }
 cleanUp() {
   finish
+  [[ ! -s $scratch/row ]] || kill -KILL -- "-$(<"$scratch/row")" 2>/dev/null || :
   terminal kill-server 2>/dev/null || :
 }
 
@@ -263,7 +264,7 @@ case='keys'
 machineWith first $'\e[31mred' '<b>%n' $'a\nb\tc' $'\xe2\x80\xae\xff\xc3\xff\xc3\xff\xc3\xff\xc3\xff\xc3\xff\xc3'
 open 80x24 : "$program" "${busy[@]}" --interval 3600
 await first
-expect "$case: hints" ' q quit  t ranking  c cores  g graph  a alert  \? help' "$(screen | tail -n 1)"
+expect "$case: hints" ' q quit  t ranking  k end  c cores  g graph  a alert  \? help' "$(screen | tail -n 1)"
 # seen TEXT: until a line of the screen is that, but for blanks at its end.
 seen() {
   SECONDS=0
@@ -329,7 +330,7 @@ twoGraphicsProcessors
 open 80x24 : "$program" "${busy[@]}" --integrated --interval 3600
 await '--integrated: has no effect'
 await help
-expect "$case: hints" ' q quit  t ranking  c cores  g graph  v GPU  a alert  \? help' "$(screen | tail -n 1)"
+expect "$case: hints" ' q quit  t ranking  k end  c cores  g graph  v GPU  a alert  \? help' "$(screen | tail -n 1)"
 terminal send-keys -t test -l nv
 setting gfxGPUCardSwitch 1
 setting gfxGPU 1
@@ -356,6 +357,65 @@ until [[ $(screen | head -n 1) == ' Scr'* ]]; do ((SECONDS < 10)) || fail "$case
 terminal send-keys -t test q
 left 0
 leftScreen
+finish
+
+# A row with three processes that have nothing to do with the test any more, as a desktop starts them.
+case='ending'
+setsid --fork bash -c 'sleep 1000 & echo $! >"$0/member"; sleep 1000 & echo $$ >"$0/row"; wait' "$scratch"
+SECONDS=0
+until [[ -s $scratch/row ]]; do ((SECONDS < 10)) || fail "$case: no row"; done
+row=$(<"$scratch/row") member=$(<"$scratch/member")
+isOver() { [[ ! -e /proc/$1 || $(<"/proc/$1/stat") == *') Z '* ]]; }
+bundle ending '"contract" = "4"; "gauges" = "1";' "\"process\" = \"$row\";"
+open 80x24 : "$program" --bundle "$scratch/ending" --interval 3600
+chosen() { seen ">job               ×3  $(printf %7d "$row")      1.5"; }
+seen ' first                       1        9'
+terminal send-keys -t test k
+seen ' Choose a process of the list first, with ↑ or ↓.'
+terminal send-keys -t test Down Down
+chosen
+[[ $(terminal capture-pane -p -e -t test) == *$'>\e[7mjob '* ]] || fail "$case: not in reverse" "$(screen)"
+terminal send-keys -t test Escape
+seen " job               ×3  $(printf %7d "$row")      1.5"
+terminal send-keys -t test Up
+chosen
+# asks: which of them is the busiest, if any is, it says in between.
+asks() {
+  local form=$'^ End “bash” and the 2 processes it started\\?( Busiest: “[a-z]+” \\(process [0-9]+\\)\\.\n)? +y end  f force  n no\n'
+  SECONDS=0
+  until [[ $(screen) =~ $form ]]; do ((SECONDS < 10)) || fail "$case: no question" "$(screen)"; done
+}
+terminal send-keys -t test k
+asks
+# None of these is an answer, least of all q.
+terminal send-keys -t test q
+SECONDS=0
+until [[ $(screen) == ' Scr'* ]]; do ((SECONDS < 10)) || fail "$case: still asking" "$(screen)"; done
+for key in n Enter k; do
+  terminal send-keys -t test k
+  asks
+  terminal send-keys -t test $key
+done
+! isOver "$row" || fail "$case: unasked"
+terminal send-keys -t test k
+asks
+terminal send-keys -t test y
+seen ' “bash” has been told to end.'
+SECONDS=0
+until isOver "$row" && isOver "$member"; do ((SECONDS < 10)) || fail "$case: not ended" "$(screen)"; done
+terminal send-keys -t test k
+seen " “job” (process $row) has ended already."
+terminal send-keys -t test q
+left 0
+finish
+
+case='ending what is not here'
+open 80x24 : "$program" "${busy[@]}" --interval 3600
+seen ' first                 101     10.0'
+terminal send-keys -t test -l $'\e[Bk'
+seen ' “?????????????” (process 105) runs on another system or in another container'
+terminal send-keys -t test q
+left 0
 finish
 
 case='settings that cannot be written'
