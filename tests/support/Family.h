@@ -26,8 +26,8 @@ class Family {
   explicit Family(const char* name, int children = 0)
       : Family([this, name] {
           ::prctl(PR_SET_NAME, name);
-          while (isAsked()) {
-            startChild();
+          while (const char generations = nextQuestion()) {
+            startChild(generations);
           }
         }) {
     for (int i = 0; i < children; ++i) {
@@ -77,30 +77,36 @@ class Family {
   [[nodiscard]] const std::vector<pid_t>& processes() const { return processes_; }
   [[nodiscard]] pid_t pid() const { return processes_.front(); }
 
-  void startAnother() {
-    ask();
-    nextPid();
+  /// A child, its child, and so on.
+  void startAnother(char generations = 1) {
+    ask(generations);
+    for (; generations > 0; --generations) {
+      nextPid();
+    }
   }
-  void ask() { EXPECT_EQ(::write(commands_[1], "?", 1), 1); }
+  void ask(char generations = 1) { EXPECT_EQ(::write(commands_[1], &generations, 1), 1); }
 
   [[nodiscard]] bool lives(std::size_t process) const { return !isOver(process, 0); }
   /// Waits for it, as long as a busy machine may take.
   [[nodiscard]] bool hasEnded(std::size_t process) const { return isOver(process, 20'000); }
 
   /// To be called by the first process.
-  void startChild() {
+  void startChild(char generations) {
     if (::fork() == 0) {
       ::prctl(PR_SET_NAME, "child");
       tellPid();
+      if (generations > 1) {
+        startChild(static_cast<char>(generations - 1));
+      }
       char nothing = 0;
-      ::read(life_[0], &nothing, 1);
+      (void)!::read(life_[0], &nothing, 1);
       ::_exit(0);
     }
   }
-  /// Likewise: waits for `ask`, false at the end of the test.
-  bool isAsked() const {
-    char question = 0;
-    return ::read(commands_[0], &question, 1) == 1;
+  /// Likewise: waits for `ask`, 0 at the end of the test.
+  [[nodiscard]] char nextQuestion() const {
+    char generations = 0;
+    return ::read(commands_[0], &generations, 1) == 1 ? generations : '\0';
   }
 
  private:

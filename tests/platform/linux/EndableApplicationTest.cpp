@@ -56,15 +56,16 @@ struct EndableApplicationTest : testing::Test {
 TEST_F(EndableApplicationTest, EndsARowWholeAndNoOther) {
   for (const Way way : {Way::end, Way::force}) {
     SCOPED_TRACE(way == Way::force);
-    const Family family(") R (a\n\x1b[1m\xff", 3);
+    Family family(") R (a\n\x1b[1m\xff", 2);
+    family.startAnother(3);
     const Family other("other", 1);
     EndableApplication application = opened(family.pid());
-    EXPECT_EQ(application.size(), 4U);
+    EXPECT_EQ(application.size(), 6U);
     EXPECT_EQ(application.name(), ") R (a\n\x1b[1m\xff");
     EXPECT_EQ(application.user(), ::getpwuid(::geteuid())->pw_name);
     EXPECT_FALSE(application.isShell() || application.hasThisProcess());
     EXPECT_TRUE(application.end(way).empty());
-    for (std::size_t i = 0; i < 4; ++i) {
+    for (std::size_t i = 0; i < 6; ++i) {
       EXPECT_TRUE(family.hasEnded(i)) << i;
     }
     EXPECT_EQ(application.startedMeanwhile().size(), 0U);
@@ -76,9 +77,12 @@ TEST_F(EndableApplicationTest, AsksAgainAboutWhatWasStartedMeanwhile) {
   Family family("make", 1);
   EndableApplication application = opened(family.pid());
   family.startAnother();
+  family.startAnother();
   EXPECT_TRUE(application.end(Way::end).empty());
   EXPECT_TRUE(family.hasEnded(0) && family.hasEnded(1));
   EXPECT_TRUE(family.lives(2));
+  ::kill(family.processes()[3], SIGKILL);
+  EXPECT_TRUE(family.hasEnded(3));
   EndableApplication rest = application.startedMeanwhile();
   ASSERT_EQ(rest.size(), 1U);
   EXPECT_TRUE(rest.isRest());
@@ -114,9 +118,8 @@ TEST_F(EndableApplicationTest, AShellThatControlsJobsEnds) {
 
 TEST_F(EndableApplicationTest, EndsItselfLast) {
   Family family([&family] {
-    family.isAsked();
-    family.startChild();
-    family.isAsked();
+    family.startChild(family.nextQuestion());
+    (void)family.nextQuestion();
     LinuxKernel own;
     auto application =
         std::get<EndableApplication>(EndableApplication::open(own, ::getpid(), afterAll()));
