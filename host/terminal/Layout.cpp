@@ -38,7 +38,7 @@ constexpr int kLargestGraph = 8;
 /// fewer rows than these.
 constexpr int kLeastProcessorRows = 2;
 
-constexpr const wchar_t* kUnknown = L"-";
+constexpr const wchar_t* kNoValue = L"-";
 
 Line statusItem(const std::wstring& label, const std::wstring& value) {
   return {{label + L" ", Tone::faint}, {value, Tone::normal}};
@@ -513,12 +513,12 @@ void Layout::addKeyHints() {
 }
 
 std::wstring Layout::number(std::optional<float> value, int decimals) const {
-  return value ? decode(locale_.number(static_cast<double>(*value), decimals)) : kUnknown;
+  return value ? decode(locale_.number(static_cast<double>(*value), decimals)) : kNoValue;
 }
 
 std::wstring Layout::percentage(Readings::Share share, int decimals) const {
   return share ? decode(locale_.number(static_cast<double>(*share) * 100.0, decimals)) + L" %"
-               : std::wstring(kUnknown) + L"  ";
+               : std::wstring(kNoValue) + L"  ";
 }
 
 std::wstring Layout::loadText() const {

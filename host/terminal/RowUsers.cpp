@@ -7,13 +7,13 @@
 namespace vel {
 
 const std::string& RowUsers::of(const std::string& pid) {
-  static const std::string kUnknown = "-";
+  static const std::string kNobody = "-";
   std::int32_t number = 0;
   std::from_chars(pid.data(), pid.data() + pid.size(), number);
   // Of the last reading, so that nothing is read for it.
   const std::optional<ProcessRecord> record = kernel_.process(number);
   if (!record) {
-    return kUnknown;
+    return kNobody;
   }
   const auto known = std::find_if(rows_.begin(), rows_.end(), [&](const Row& row) {
     return row.pid == number && row.start == record->startSeconds;
@@ -22,7 +22,7 @@ const std::string& RowUsers::of(const std::string& pid) {
     known->asked = true;
     return known->user;
   }
-  std::string user = details_.user(number).value_or(kUnknown);
+  std::string user = details_.user(number).value_or(kNobody);
   return rows_.emplace_back(Row{number, record->startSeconds, std::move(user)}).user;
 }
 
