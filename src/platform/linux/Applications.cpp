@@ -122,8 +122,10 @@ std::int32_t Applications::leaderOf(KnownProcess& process, const KnownProcess* p
   if (isLaunchedBy(process, *parent)) {
     return own;
   }
-  if (const std::int32_t job = jobOf(process); job != kNone) {
-    process.isOrphan = parent->leader != job;
+  // A subreaper's group is another; that of a pipe's end is the same, and led by its beginning.
+  const std::int32_t job = process.group != parent->group ? jobOf(process) : kNone;
+  if (job != kNone) {
+    process.isOrphan = true;
     return job;
   }
   return parent->leader != kNone ? parent->leader : own;

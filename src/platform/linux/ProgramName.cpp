@@ -18,7 +18,11 @@ constexpr std::array kWrappers = std::to_array<std::string_view>(
      "su", "sudo", "time", "timeout", "tini", "unshare", "xdg-dbus-proxy", "xvfb-run"});
 constexpr std::array kShells = std::to_array<std::string_view>(
     {"ash", "bash", "busybox", "dash", "fish", "ksh", "ksh93", "mksh", "sh", "zsh"});
+/// What comes before a program that takes their place.
+constexpr std::array kStarters = std::to_array<std::string_view>(
+    {"chrt", "env", "exec", "ionice", "nice", "nohup", "setsid", "stdbuf", "taskset"});
 static_assert(std::is_sorted(kWrappers.begin(), kWrappers.end()));
+static_assert(std::is_sorted(kStarters.begin(), kStarters.end()));
 static_assert(std::is_sorted(kShells.begin(), kShells.end()));
 
 template <typename Names>
@@ -36,17 +40,27 @@ std::string_view takeArgument(std::string_view& arguments) {
   return argument;
 }
 
+/// "-n", and the "5" of "-n 5".
+bool startsLikeAnArgument(std::string_view word) {
+  return word.front() == '-' || (word.front() >= '0' && word.front() <= '9');
+}
+
 /// The program of a command line for a shell, if that is all that it runs.
 std::string_view onlyProgram(std::string_view commandLine) {
   if (commandLine.find_first_of(";|&()<>`$\n\"'\\={}*?") != std::string_view::npos) {
     return {};
   }
-  commandLine.remove_prefix(std::min(commandLine.find_first_not_of(' '), commandLine.size()));
-  constexpr std::string_view kExec = "exec ";
-  if (commandLine.starts_with(kExec)) {
-    commandLine.remove_prefix(kExec.size());
+  bool isStarter = false;
+  while (!commandLine.empty()) {
+    const std::string_view word = commandLine.substr(0, commandLine.find(' '));
+    commandLine.remove_prefix(std::min(word.size() + 1, commandLine.size()));
+    const bool isArgument = word.empty() || (isStarter && startsLikeAnArgument(word));
+    if (!isArgument && !isOneOf(kStarters, fileName(word))) {
+      return fileName(word);
+    }
+    isStarter = isStarter || !word.empty();
   }
-  return fileName(commandLine.substr(0, commandLine.find(' ')));
+  return {};
 }
 
 /// Empty if it cannot be told.
@@ -55,7 +69,8 @@ std::string_view whatTheShellRuns(std::string_view arguments) {
   while (!arguments.empty()) {
     const std::string_view argument = takeArgument(arguments);
     if (!argument.starts_with('-')) {
-      return fileName(argument);
+      // A descriptor has a number only.
+      return argument.starts_with("/dev/fd/") ? std::string_view() : fileName(argument);
     }
     if (!argument.starts_with("--") && argument.find('c') != std::string_view::npos) {
       return onlyProgram(takeArgument(arguments));
