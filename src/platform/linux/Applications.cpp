@@ -11,6 +11,9 @@ namespace vel {
 namespace {
 
 constexpr std::int32_t kNone = 0;
+
+/// A row that is given up in one gives up no other row in most readings.
+constexpr int kMostRounds = 16;
 /// It is given the children of those that have ended, beside its own.
 bool isReaper(const KnownProcess& process) {
   return process.record.pid == KnownProcess::kFirst || process.record.name() == "systemd";
@@ -53,6 +56,16 @@ void Applications::place(std::uint32_t reading, const std::vector<std::int32_t>&
   if (!ended.empty()) {
     forget(ended);
   }
+  placePending();
+  for (int round = 0; !disbanded_.empty() && round < kMostRounds; ++round) {
+    std::sort(disbanded_.begin(), disbanded_.end());
+    forget(disbanded_);
+    disbanded_.clear();
+    placePending();
+  }
+}
+
+void Applications::placePending() {
   std::swap(processes_.unplaced, pending_);
   processes_.unplaced.clear();
   // Who was there first leads.
@@ -185,8 +198,10 @@ void Applications::move(KnownProcess& process, std::int32_t leader) {
   if (before == leader) {
     return;
   }
-  if (KnownProcess* const left = processes_.find(before); left != nullptr && left != &process) {
-    left->credit += static_cast<std::int64_t>(process.contribution());
+  if (before == process.record.pid) {
+    disbanded_.push_back(before);
+  } else if (KnownProcess* const left = processes_.find(before)) {
+    left->addCredit(process.contribution());
   }
   if (process.leads()) {
     process.leadsSince = reading_;
@@ -195,7 +210,7 @@ void Applications::move(KnownProcess& process, std::int32_t leader) {
   const KnownProcess* const joined = processes_.find(leader);
   const bool isOfNewRow = joined == nullptr || joined->leadsSince == reading_;
   if (!isOfNewRow && !(isNew && process.isNewborn)) {
-    process.credit = -static_cast<std::int64_t>(process.cpuTime());
+    process.credit = static_cast<std::int64_t>(0 - process.cpuTime());
   }
 }
 

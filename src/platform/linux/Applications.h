@@ -25,6 +25,7 @@ class Applications {
 
  private:
   void forget(const std::vector<std::int32_t>& ended);
+  void placePending();
   void place(KnownProcess& process);
   [[nodiscard]] std::int32_t leaderOf(KnownProcess& process, const KnownProcess* parent);
   [[nodiscard]] std::int32_t leaderInUnit(const KnownProcess& process);
@@ -40,7 +41,8 @@ class Applications {
 
   KnownProcesses& processes_;
   std::vector<UnitLeader> unitLeaders_;
-  std::vector<std::int32_t> pending_;  ///< kept for its storage only
+  std::vector<std::int32_t> disbanded_;  ///< who leads no more, though there
+  std::vector<std::int32_t> pending_;    ///< kept for its storage only
   std::uint32_t reading_ = 0;
 };
 

@@ -2,6 +2,7 @@
 #include "platform/linux/EndedTime.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vel {
 
@@ -9,6 +10,12 @@ namespace {
 
 /// Of a tree of processes; more is a circle.
 constexpr int kMostGenerations = 1000;
+
+/// They are sorted.
+auto firstGrowthOf(auto& growths, std::int32_t pid) {
+  return std::lower_bound(growths.begin(), growths.end(), pid,
+                          [](const auto& each, std::int32_t wanted) { return each.pid < wanted; });
+}
 
 }  // namespace
 
@@ -25,10 +32,17 @@ void EndedTime::hasGrown(std::int32_t pid, std::uint64_t nanoseconds) {
   growths_.push_back({.pid = pid, .nanoseconds = nanoseconds});
 }
 
+bool EndedTime::sortGrowths() {
+  std::sort(growths_.begin(), growths_.end(),
+            [](const Growth& a, const Growth& b) { return a.pid < b.pid; });
+  return !growths_.empty();
+}
+
 std::uint64_t EndedTime::growthOf(std::int32_t pid) const {
   std::uint64_t sum = 0;
-  for (const Growth& growth : growths_) {
-    sum += growth.pid == pid ? growth.nanoseconds : 0;
+  for (auto each = firstGrowthOf(growths_, pid); each != growths_.end() && each->pid == pid;
+       ++each) {
+    sum += each->nanoseconds;
   }
   return sum;
 }
@@ -38,8 +52,6 @@ void EndedTime::takeBack(std::int32_t pid) {
 }
 
 void EndedTime::settle(std::uint64_t capacity) {
-  std::sort(growths_.begin(), growths_.end(),
-            [](const Growth& a, const Growth& b) { return a.pid < b.pid; });
   std::sort(ended_.begin(), ended_.end(),
             [](const Ended& a, const Ended& b) { return a.pid < b.pid; });
   bequeath();
@@ -64,7 +76,7 @@ void EndedTime::bequeath() {
       continue;
     }
     if (KnownProcess* const leader = processes_.find(ended.leader)) {
-      leader->credit += static_cast<std::int64_t>(ended.contribution);
+      leader->addCredit(ended.contribution);
     } else if (ended.isUnshown) {
       const Ended* const first = find(ended.leader);
       if (first == nullptr || first->isUnshown) {
@@ -77,22 +89,33 @@ void EndedTime::bequeath() {
 /// The next one up that is still there. One that only waits for its own parent has no children.
 void EndedTime::findParents() {
   for (Ended& ended : ended_) {
-    const KnownProcess* parent = processes_.find(ended.parent);
-    for (int up = 0; parent == nullptr && ended.parent != KnownProcess::kFirst; ++up) {
-      const Ended* const gone = up < kMostGenerations ? find(ended.parent) : nullptr;
-      ended.isOrphan = true;
-      ended.parent = gone != nullptr ? gone->parent : KnownProcess::kFirst;
-      parent = processes_.find(ended.parent);
+    const std::int32_t parent = nextOneUp(ended);
+    // For all on the way, so that none of it is gone again.
+    for (Ended* each = &ended; each != nullptr && each->parent != parent;) {
+      const std::int32_t next = std::exchange(each->parent, parent);
+      each->isOrphan = true;
+      each = find(next);
     }
-    ended.isOrphan = ended.isOrphan || (parent != nullptr && parent->hasEnded);
+    const KnownProcess* const known = processes_.find(parent);
+    ended.isOrphan = ended.isOrphan || (known != nullptr && known->hasEnded);
   }
 }
 
+std::int32_t EndedTime::nextOneUp(const Ended& ended) {
+  std::int32_t parent = ended.parent;
+  for (std::size_t up = 0; processes_.find(parent) == nullptr; ++up) {
+    const Ended* const gone = find(parent);
+    if (gone == nullptr || up == ended_.size()) {
+      return KnownProcess::kFirst;
+    }
+    parent = gone->parent;
+  }
+  return parent;
+}
+
 void EndedTime::explain(Ended& ended, std::int32_t pid) {
-  const auto growth =
-      std::lower_bound(growths_.begin(), growths_.end(), pid,
-                       [](const Growth& each, std::int32_t wanted) { return each.pid < wanted; });
-  for (auto each = growth; each != growths_.end() && each->pid == pid; ++each) {
+  for (auto each = firstGrowthOf(growths_, pid); each != growths_.end() && each->pid == pid;
+       ++each) {
     const std::uint64_t part = std::min(ended.unexplained, each->nanoseconds);
     ended.unexplained -= part;
     each->nanoseconds -= part;
@@ -112,7 +135,7 @@ void EndedTime::credit(std::uint64_t capacity) {
     KnownProcess* const process = processes_.find(growth.pid);
     if (process != nullptr) {
       const std::uint64_t gained = std::min(growth.nanoseconds, capacity);
-      process->credit += static_cast<std::int64_t>(gained);
+      process->addCredit(gained);
       process->addRecent(gained);
     }
   }
@@ -130,7 +153,7 @@ void EndedTime::keepUnexplained() {
   }
 }
 
-const EndedTime::Ended* EndedTime::find(std::int32_t pid) const {
+EndedTime::Ended* EndedTime::find(std::int32_t pid) {
   const auto found =
       std::lower_bound(ended_.begin(), ended_.end(), pid,
                        [](const Ended& each, std::int32_t wanted) { return each.pid < wanted; });

@@ -29,8 +29,8 @@ class EndedTime {
   /// What the process has of its ended children has become more, by nanoseconds.
   void hasGrown(std::int32_t pid, std::uint64_t nanoseconds);
 
-  /// The processes whose ended children's time has grown with this reading.
-  [[nodiscard]] bool hasGrowth() const { return !growths_.empty(); }
+  /// To be called when all is known, before the rest. Whether there is any growth.
+  bool sortGrowths();
   [[nodiscard]] std::uint64_t growthOf(std::int32_t pid) const;
   void takeBack(std::int32_t pid);
 
@@ -56,11 +56,12 @@ class EndedTime {
 
   void bequeath();
   void findParents();
+  [[nodiscard]] std::int32_t nextOneUp(const Ended& ended);
   void explain(Ended& ended, std::int32_t pid);
   void explainFurtherUp(Ended& ended);
   void credit(std::uint64_t capacity);
   void keepUnexplained();
-  [[nodiscard]] const Ended* find(std::int32_t pid) const;
+  [[nodiscard]] Ended* find(std::int32_t pid);
 
   KnownProcesses& processes_;
   std::vector<Ended> ended_;

@@ -64,10 +64,16 @@ struct KnownProcess {
         static_cast<std::uint32_t>(std::min(recentMicroseconds + nanoseconds / 1000, kMost));
   }
 
+  // Unsigned, as a captured machine's may be any numbers.
+
+  void addCredit(std::uint64_t nanoseconds) {
+    credit = static_cast<std::int64_t>(static_cast<std::uint64_t>(credit) + nanoseconds);
+  }
+
   /// Nanoseconds that its application's row has of it.
   [[nodiscard]] std::uint64_t contribution() const {
-    return static_cast<std::uint64_t>(
-        std::max<std::int64_t>(static_cast<std::int64_t>(cpuTime()) + credit, 0));
+    const auto sum = static_cast<std::int64_t>(cpuTime() + static_cast<std::uint64_t>(credit));
+    return static_cast<std::uint64_t>(std::max<std::int64_t>(sum, 0));
   }
 };
 

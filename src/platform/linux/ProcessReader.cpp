@@ -179,7 +179,7 @@ void ProcessReader::readOrphans(const ReadingTime& time) {
 }
 
 void ProcessReader::settle(const ReadingTime& time) {
-  if (endedTime_.hasGrowth()) {
+  if (endedTime_.sortGrowths()) {
     leaveEarlyGrowth();
   }
   // Where the time stands still, as over captured files, there is no telling.

@@ -253,6 +253,17 @@ TEST(Applications, AUnitOutlivesItsFirstProcessAndTakesInWhatIsPutIntoIt) {
   EXPECT_EQ(machine.rows(), "1 | 11 12 20");
 }
 
+TEST(Applications, WhoStopsLeadingLeavesNobodyWithoutARow) {
+  PlacedMachine machine;
+  machine.add({1, 0, "systemd", 1, 1, 0, false, "init.scope"});
+  machine.add({10, 1, "a", 10, 10, 0, false, "a.service"});
+  machine.add({11, 12, "its parent is not seen", 11, 11, 0, false, "a.service"});
+  machine.add({13, 11, "child"});
+  EXPECT_EQ(machine.rows(), "1 | 10 | 11 13");
+  machine.add({12, 10, "its parent"});
+  EXPECT_EQ(machine.rows(), "1 | 10 11 12 13");
+}
+
 /// Their totals must not jump when a process comes or goes with what it has used before.
 TEST(Applications, TimeThatARowHasHadStaysWithIt) {
   PlacedMachine machine;
