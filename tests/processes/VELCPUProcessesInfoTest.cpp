@@ -268,7 +268,7 @@ TEST_F(ProcessesTest, ListsWhoIsAboveTheThreshold) {
 TEST_F(ProcessesTest, JudgesForAlertsOverTheTimeSinceTheLastOfThem) {
   info.setNotificationThreshold(50);
   start(7, 1, "pausing");
-  start(8, 1, "replaced", 20);
+  start(8, 1, "replaced", 95);
   readAfter(0);
   EXPECT_EQ(info.getCPUProccessesForNotification(), Rows{});
   for (int second = 1; second <= 10; ++second) {
@@ -276,7 +276,7 @@ TEST_F(ProcessesTest, JudgesForAlertsOverTheTimeSinceTheLastOfThem) {
     readAfter(1);  // as a panel on screen has it
   }
   start(9, 1, "new", 50);
-  start(8, 1, "another", 30, 5);
+  start(8, 1, "another", 1, 5);
   readAfter(0);
   EXPECT_EQ(info.getCPUProccessesForNotification(), Rows{"7"});
   readAfter(10);

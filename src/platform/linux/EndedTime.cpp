@@ -147,9 +147,6 @@ void EndedTime::keepUnexplained() {
                 [](const Ended& ended) { return ended.isOfLast || ended.unexplained == 0; });
   for (Ended& ended : ended_) {
     ended.isOfLast = true;
-    if (KnownProcess* const parent = processes_.find(ended.parent)) {
-      parent->mustBeRead = true;
-    }
   }
 }
 

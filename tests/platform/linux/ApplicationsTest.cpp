@@ -8,6 +8,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "platform/linux/ProgramName.h"
@@ -162,11 +163,13 @@ TEST(Applications, OfEverydaySituations) {
         {20, 1, "nginx", 20, 20, 0, false, "nginx.service"},
         {21, 20, "nginx"},
         {22, 1, "nginx", 20, 20, 0, false, "nginx.service"},
+        {24, 10, "bash", 24, 24, 5, true, "u/tab.scope"},
+        {25, 10, "left behind", 25, 25, -1, false, "u/tab.scope"},
         {30, 1, "lightdm", 30, 30, 0, false, "lightdm.service"},
         {31, 30, "i3", 31, 31, 0, false, "session-2.scope"},
         {32, 1, "gimp", 32, 32, 0, false, "session-2.scope"},
         {33, 1, "mpv", 33, 33, 0, false, "session-2.scope"}},
-       "1 | 10 | 11 | 12 13 14 | 15 | 16 | 17 | 18 | 20 21 22 | 30 | 31 | 32 | 33"},
+       "1 | 10 | 11 | 12 13 14 | 15 | 16 | 17 | 18 | 20 21 22 | 24 | 25 | 30 | 31 | 32 | 33"},
       {"a daemon that runs scripts, and one under a supervisor",
        {{10, 1, "cron", 10, 10},
         {11, 10, "cron", 11, 11},
@@ -251,6 +254,20 @@ TEST(Applications, AUnitOutlivesItsFirstProcessAndTakesInWhatIsPutIntoIt) {
   EXPECT_EQ(machine.rows(), "1 | 11 12 | 20");
   machine.change({20, 1, "other", 20, 20, 0, false, "a.service"});
   EXPECT_EQ(machine.rows(), "1 | 11 12 20");
+  machine.end(11);
+  EXPECT_EQ(machine.rows(), "1 | 12 20");
+}
+
+TEST(Applications, JobsThatHadEndedBeforeAreNotTheirLaunchers) {
+  for (const auto& [name, isShell, credit] :
+       {std::tuple("make", false, 9U), std::tuple("openbox", false, 0U),
+        std::tuple("bash", true, 0U), std::tuple("systemd", false, 0U)}) {
+    PlacedMachine machine;
+    machine.add({10, 0, name, 10, 10, 5, isShell});
+    machine.processes.find(10)->credit = 9;
+    machine.rows();
+    EXPECT_EQ(machine.processes.find(10)->contribution(), credit) << name;
+  }
 }
 
 TEST(Applications, WhoStopsLeadingLeavesNobodyWithoutARow) {

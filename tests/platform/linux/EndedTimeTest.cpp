@@ -85,6 +85,10 @@ class WorkingMachine {
     return totals;
   }
 
+  std::uint32_t recentMicroseconds(int leader) {
+    return reader_.application(leader).at(0).recentMicroseconds;
+  }
+
   std::uint64_t used = 0;
 
  private:
@@ -131,7 +135,9 @@ TEST(EndedTime, OfABuildIsAllInItsRow) {
   machine.exit(23);
   machine.wait(23);
   machine.work(22, 1);
+  const std::uint32_t recent = machine.recentMicroseconds(20);
   EXPECT_EQ(machine.read()[20], 517U);
+  EXPECT_EQ(machine.recentMicroseconds(20), recent / 2);
   machine.pass(100);
   machine.work(22, 1);
   machine.exit(22);
