@@ -45,36 +45,37 @@ row() {
     awk '{ print $1 / 100 }'
 }
 
+# agrees ROW SHARE BEFORE AFTER: a tenth of a core is what the moments' distance and the compilers of a moment may cost.
+agrees() {
+  awk -v share="$2" -v used="$(awk -v from="$3" -v to="$4" -v i=$interval 'BEGIN { print (to - from) / i }')" \
+    'BEGIN { exit !(used > 0 && share > 0.9 * used - 0.1 && share < 1.1 * used + 0.1) }' ||
+    wrong="$1: ${2:-no row}, and used from $3 to $4 seconds in $interval"
+}
+# Whatever else is running has less than a build that takes more than half of the machine.
+isFirst() {
+  [[ $(grep -o '{"name":"[^}]*}' <<<"$refresh" | head -n 1) == *'"pid":"'"$make"'"'* ]] ||
+    awk -v share="$1" -v processors="$(nproc)" 'BEGIN { exit !(share < processors / 2 + 0.1) }' ||
+    wrong="the build is not first"
+}
+
 # The list is of processes that have run for 10 seconds. Its shares are of the last interval, as is what is measured here.
+# A machine that is busy with other things can tear the two apart, so what disagrees is measured once more.
 interval=4
-exec {output}< <(exec "$program" --json --interval $interval --count 4)
+exec {output}< <(exec "$program" --json --interval $interval --count 5)
 children+=($!)
 for _ in 1 2 3; do
   read -r -u "$output" refresh
 done
 [[ -s $scratch/make.pid ]] || fail 'the build has not started' "$(tmux capture-pane -p)"
 make=$(<"$scratch/make.pid")
-makeBefore=$(used "$make")
-shellBefore=$(used "$shell")
-read -r -u "$output" refresh
-makeAfter=$(used "$make")
-shellAfter=$(used "$shell")
-exec {output}<&-
-children=()
-
-# compare ROW SHARE BEFORE AFTER: a tenth of a core is what the moments' distance and the compilers of a moment may cost.
-compare() {
-  [[ -n $2 ]] || fail "$1 has no row" "$refresh"
-  awk -v share="$2" -v used="$(awk -v from="$3" -v to="$4" -v i=$interval 'BEGIN { print (to - from) / i }')" \
-    'BEGIN { exit !(used > 0 && share > 0.9 * used - 0.1 && share < 1.1 * used + 0.1) }' ||
-    fail "$1: $2 of a core, and used from $3 to $4 seconds in $interval" "$refresh"
-}
-compare make "$(row make "$make")" "$makeBefore" "$makeAfter"
-compare 'the shell' "$(row bash "$shell")" "$shellBefore" "$shellAfter"
-
-# Whatever else is running has less than a build that takes more than half of the machine.
-first=$(grep -o '{"name":"[^}]*}' <<<"$refresh" | head -n 1)
-if [[ $first != *'"pid":"'"$make"'"'* ]]; then
-  awk -v share="$(row make "$make")" -v processors="$(nproc)" 'BEGIN { exit !(share <= processors / 2 + 0.1) }' ||
-    fail 'the build is not first' "$refresh"
-fi
+for _ in 1 2; do
+  makeBefore=$(used "$make")
+  shellBefore=$(used "$shell")
+  read -r -u "$output" refresh
+  wrong=
+  agrees make "$(row make "$make")" "$makeBefore" "$(used "$make")"
+  agrees 'the shell' "$(row bash "$shell")" "$shellBefore" "$(used "$shell")"
+  isFirst "$(row make "$make")"
+  [[ -n $wrong ]] || exit 0
+done
+fail "$wrong" "$refresh"
