@@ -1,5 +1,6 @@
 #include "processes/VELCPUProcessesInfo.h"
 
+#include <cmath>
 #include <cstddef>
 #include <string_view>
 
@@ -116,6 +117,7 @@ bool VELCPUProcessesInfo::ProcessesInformation(ProcessTable& table) {
   }
   table.clear(records_.size());
   const double now = platform.clock.now();
+  readAt_ = now;
   for (std::size_t i = records_.size(); i-- > 0;) {
     const ProcessRecord& record = records_[i];
     if (record.name().empty()) {
@@ -158,15 +160,18 @@ std::optional<std::vector<std::string>> VELCPUProcessesInfo::getCPUProccessesFor
   }
   // In double precision: single would round a bound such as 0.3 up to a share that is above it.
   const double bound = static_cast<double>(notificationThreshold_) / 100.0;
+  const double passed = readAt_ - checkedAt_;
   for (const Entry& entry : allProcInfos_.entries()) {
     const Usage* const before = checkedUsage_.find(entry.pid);
-    // A process that has run for less is another one of that pid.
-    const bool isComparable = before != nullptr && before->runningTime < entry.runningTime;
-    if (isComparable && static_cast<double>(shareSince(*before, entry)) > bound) {
+    // Another process of that pid has another start, in whole seconds.
+    const bool isSame = before != nullptr && passed > 0.0 &&
+                        std::abs(entry.runningTime - before->runningTime - passed) < 0.5;
+    if (isSame && static_cast<double>(shareSince(*before, entry)) > bound) {
       pids.push_back(std::to_string(entry.pid));
     }
   }
   remember(checkedUsage_);
+  checkedAt_ = readAt_;
   return pids;
 }
 

@@ -90,7 +90,9 @@ class VELCPUProcessesInfo {
   float notificationThreshold_ = 0.0F;
   ProcessTable allProcInfos_;
   UsageTable previousUsage_;
-  UsageTable checkedUsage_;             ///< as the latest alert list has found it
+  UsageTable checkedUsage_;  ///< as the latest alert list has found it
+  double readAt_ = 0.0;      ///< the clock's, as is the next
+  double checkedAt_ = 0.0;
   std::vector<ProcessRecord> records_;  ///< kept for its storage only
 };
 

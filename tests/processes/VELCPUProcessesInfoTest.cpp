@@ -276,7 +276,7 @@ TEST_F(ProcessesTest, JudgesForAlertsOverTheTimeSinceTheLastOfThem) {
     readAfter(1);  // as a panel on screen has it
   }
   start(9, 1, "new", 50);
-  start(8, 1, "another", 1, 5);
+  start(8, 1, "another", 100, 105);
   readAfter(0);
   EXPECT_EQ(info.getCPUProccessesForNotification(), Rows{"7"});
   readAfter(10);

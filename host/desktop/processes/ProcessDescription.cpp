@@ -4,10 +4,12 @@
 #include <QLocale>
 #include <QStringList>
 #include <algorithm>
+#include <chrono>
 #include <limits>
 #include <optional>
 #include <string>
 
+#include "host/BootTime.h"
 #include "host/desktop/windowing/PlainText.h"
 
 namespace vel {
@@ -22,6 +24,13 @@ QString shortened(QString text) {
     text.append(u'…');
   }
   return text;
+}
+
+/// By the clock as it is set now, which need not be how it was set when the program was started.
+QDateTime startOf(const ProcessRecord& process, const BootTime& boot) {
+  const auto sinceBoot = std::chrono::duration_cast<std::chrono::seconds>(bootTime()).count();
+  const qint64 booted = QDateTime::currentSecsSinceEpoch() - sinceBoot;
+  return QDateTime::fromSecsSinceEpoch(booted + process.startSeconds - boot.seconds);
 }
 
 }  // namespace
@@ -41,9 +50,10 @@ QString ProcessDescription::of(std::int64_t pid) {
     lines.append(texts_("Processes in all: %1").arg(processes));
   }
   lines.append(texts_("User: %1").arg(plainText(*user)));
-  lines.append(texts_("Running since: %1")
-                   .arg(QLocale().toString(QDateTime::fromSecsSinceEpoch(record->startSeconds),
-                                           QLocale::ShortFormat)));
+  lines.append(
+      texts_("Running since: %1")
+          .arg(QLocale().toString(startOf(*record, kernel_.bootTime().value_or(BootTime{})),
+                                  QLocale::ShortFormat)));
   const QString commandLine = shortened(plainText(details_.commandLine(number)));
   if (!commandLine.isEmpty()) {
     lines.append(texts_("Command: %1").arg(commandLine));

@@ -14,6 +14,7 @@ constexpr std::int32_t kNone = 0;
 
 /// A row that is given up in one gives up no other row in most readings.
 constexpr int kMostRounds = 16;
+
 /// It is given the children of those that have ended, beside its own.
 bool isReaper(const KnownProcess& process) {
   return process.record.pid == KnownProcess::kFirst || process.record.name() == "systemd";
@@ -88,7 +89,9 @@ void Applications::forget(const std::vector<std::int32_t>& ended) {
       processes_.unplace(process);
     }
   }
-  std::erase_if(unitLeaders_, [isEnded](const UnitLeader& each) { return isEnded(each.pid); });
+  std::erase_if(unitLeaders_, [this, isEnded](const UnitLeader& each) {
+    return isEnded(each.pid) || processes_.find(each.pid) == nullptr;
+  });
 }
 
 void Applications::place(KnownProcess& process) {
@@ -112,7 +115,9 @@ void Applications::place(KnownProcess& process) {
 /// The rules. The first that holds counts.
 std::int32_t Applications::leaderOf(KnownProcess& process, const KnownProcess* parent) {
   const std::int32_t own = process.record.pid;
-  if (process.isKernelThread() || parent == nullptr || parent == &process) {
+  // The kernel starts programs itself, as for a core dump.
+  if (process.isKernelThread() || parent == nullptr || parent->isKernelThread() ||
+      parent == &process) {
     return own;
   }
   if (isInAnotherUnit(process, *parent)) {

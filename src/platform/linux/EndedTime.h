@@ -34,8 +34,9 @@ class EndedTime {
   [[nodiscard]] std::uint64_t growthOf(std::int32_t pid) const;
   void takeBack(std::int32_t pid);
 
-  /// Gives everybody what is theirs, at most `capacity` nanoseconds to each: no more can have been
-  /// used since the reading before. What is above it is of children that could not be seen.
+  /// Gives everybody what is theirs, at most `capacity` nanoseconds to each: what the processors
+  /// can have done since the reading before. What is above it is of children that could not be
+  /// seen.
   void settle(std::uint64_t capacity);
 
  private:

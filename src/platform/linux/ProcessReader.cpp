@@ -179,14 +179,16 @@ void ProcessReader::readOrphans(const ReadingTime& time) {
 }
 
 void ProcessReader::settle(const ReadingTime& time) {
+  const std::uint64_t intervals = std::exchange(hasLeftGrowth_, false) ? 2 : 1;
   if (endedTime_.sortGrowths()) {
     leaveEarlyGrowth();
   }
-  // Where the time stands still, as over captured files, there is no telling.
-  const std::uint64_t ticks = time.ticksSinceBoot - ticksBefore_.value_or(time.ticksSinceBoot);
+  const std::uint64_t ticks = time.ticksSinceBoot - ticksBefore_.value_or(0) + 1;
   const std::uint64_t nanosecondsPerTick = 1'000'000'000U / ticksPerSecond_;
-  endedTime_.settle(ticks == 0 ? std::numeric_limits<std::int64_t>::max()
-                               : (ticks + 1) * nanosecondsPerTick * processors_);
+  // Over captured files time does not pass.
+  const bool passes = time.ticksSinceBoot != std::numeric_limits<std::uint64_t>::max();
+  endedTime_.settle(passes ? ticks * nanosecondsPerTick * processors_ * intervals
+                           : std::numeric_limits<std::int64_t>::max());
 }
 
 /// A child with a lower pid than its parent is read before it, and may have ended in between: then
@@ -203,6 +205,7 @@ void ProcessReader::leaveEarlyGrowth() {
       continue;
     }
     endedTime_.takeBack(process.parent);
+    hasLeftGrowth_ = true;
     parent->endedChildren -= growth;
     parent->mustBeRead = true;
   }
@@ -351,10 +354,14 @@ bool ProcessReader::readStat(KnownProcess& process, const ReadingTime& time,
   if (isNew) {
     begin(process, *stat, time);
   }
+  const bool isOld = isNew && !process.isNewborn;
   process.record.status = static_cast<std::int8_t>(stat->state);
   setLineage(process, *stat);
   setEndedChildren(process, *stat);
   setFigures(process, *stat, clock);
+  if (isOld) {
+    process.recentMicroseconds = 0;  // who knows when
+  }
   return true;
 }
 
@@ -371,7 +378,10 @@ void ProcessReader::begin(KnownProcess& process, const ProcPidStat& stat,
 
 /// All that the rules go by; of a process that has changed none of it nothing else is asked.
 void ProcessReader::setLineage(KnownProcess& process, const ProcPidStat& stat) {
-  const std::string_view name = stat.isKernelThread() ? withoutWork(stat.name) : stat.name;
+  std::string_view name = stat.isKernelThread() ? withoutWork(stat.name) : stat.name;
+  if (name.empty()) {
+    name = "?";  // a process may take its name away (man 2 prctl), and would be in no list
+  }
   Command command{};
   std::copy_n(name.begin(), std::min(name.size(), command.size()), command.begin());
   bool changed = becomes(process.record.command, command);

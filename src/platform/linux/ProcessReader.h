@@ -127,6 +127,7 @@ class ProcessReader {
 
   std::uint32_t reading_ = 0;
   std::optional<std::uint64_t> ticksBefore_;  ///< of the reading before
+  bool hasLeftGrowth_ = false;                ///< to this reading
   KnownProcesses processes_;
   Applications applications_{processes_};
   EndedTime endedTime_{processes_};

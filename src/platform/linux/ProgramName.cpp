@@ -15,7 +15,7 @@ constexpr std::size_t kCutName = 15;
 /// Sorted.
 constexpr std::array kWrappers = std::to_array<std::string_view>(
     {"bwrap", "dbus-run-sessio", "doas", "firejail", "flatpak", "runuser", "snap-confine", "strace",
-     "su", "sudo", "time", "timeout", "tini", "unshare", "xdg-dbus-proxy", "xvfb-run"});
+     "su", "sudo", "time", "timeout", "tini", "unshare", "xdg-dbus-proxy"});
 constexpr std::array kShells = std::to_array<std::string_view>(
     {"ash", "bash", "busybox", "dash", "fish", "ksh", "ksh93", "mksh", "sh", "zsh"});
 /// What comes before a program that takes their place.

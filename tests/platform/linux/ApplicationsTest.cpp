@@ -206,7 +206,8 @@ TEST(Applications, KernelThreadsHaveARowEach) {
   for (KnownProcess& process : machine.processes.all) {
     process.unitState = KnownProcess::Unit::never;
   }
-  EXPECT_EQ(machine.rows(), "2 | 3");
+  machine.add({4, 3, "core dump"});
+  EXPECT_EQ(machine.rows(), "2 | 3 | 4");
   EXPECT_EQ(machine.processes.find(3)->record.parent, 0);
 }
 

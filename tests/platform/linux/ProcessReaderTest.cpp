@@ -151,6 +151,7 @@ TEST(CapturedProcesses, AProcessIsToldFromTheNextOneOfItsPid) {
       {"1000", {.pid = 9, .parent = 1, .start = 5 * hertz - 1, .name = "long"}, 1004, "long"},
       // Somebody has set the clock, and the process has changed its name.
       {"7000", {.pid = 9, .parent = 1, .start = 5 * hertz - 1, .name = "y\n)"}, 1004, "y\n)"},
+      {"7000", {.pid = 9, .parent = 1, .start = 5 * hertz - 1, .name = ""}, 1004, "?"},
       {"7000",
        {9, 1, {}, 6 * hertz, "kworker/u16:3-events", kKernelThread},
        1006,
