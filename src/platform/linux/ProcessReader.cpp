@@ -298,10 +298,11 @@ std::optional<std::string> ProcessReader::applicationName(std::int32_t pid) {
 /// It stays what it has been: a process that has ended has no command line any more, and a script
 /// may begin to control jobs.
 const ProcessReader::Name* ProcessReader::knownNameOf(const KnownProcess& process) const {
-  const auto found = std::find_if(names_.begin(), names_.end(), [&process](const Name& each) {
-    return each.pid == process.record.pid && each.startTicks == process.startTicks &&
-           each.command == process.record.command;
-  });
+  const auto* const found =
+      std::find_if(names_.begin(), names_.end(), [&process](const Name& each) {
+        return each.pid == process.record.pid && each.startTicks == process.startTicks &&
+               each.command == process.record.command;
+      });
   return found != names_.end() ? &*found : nullptr;
 }
 
