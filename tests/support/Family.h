@@ -24,19 +24,20 @@ namespace vel::test {
 class Family {
  public:
   explicit Family(const char* name, int children = 0)
-      : Family([this, name] {
-          ::prctl(PR_SET_NAME, name);
-          while (const char generations = nextQuestion()) {
-            startChild(generations);
-          }
-        }) {
+      : Family(
+            [this] {
+              while (const char generations = nextQuestion()) {
+                startChild(generations);
+              }
+            },
+            name) {
     for (int i = 0; i < children; ++i) {
       startAnother();
     }
   }
 
-  /// The first process does just that.
-  explicit Family(const std::function<void()>& work) {
+  /// The first process does just that, under that name from the first moment that it is known.
+  explicit Family(const std::function<void()>& work, const char* name = nullptr) {
     for (auto* pipe : {&life_, &commands_, &pids_}) {
       EXPECT_EQ(::pipe2(pipe->data(), O_CLOEXEC), 0);
     }
@@ -49,6 +50,9 @@ class Family {
         // Its parent has gone first.
         while (::getppid() != 1) {
           ::usleep(100);
+        }
+        if (name != nullptr) {
+          ::prctl(PR_SET_NAME, name);
         }
         tellPid();
         work();

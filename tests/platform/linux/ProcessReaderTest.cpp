@@ -401,6 +401,9 @@ TEST_F(LiveProcesses, OfAJobAreOneRowUnlessTheyDetach) {
   EXPECT_EQ(rowOf(shell.pid()), shell.pid());
   EXPECT_EQ(rowOf(all.orphan), all.job);
   EXPECT_EQ(rowOf(all.threaded), all.job);
+  while (::getsid(all.detached) != all.detached) {
+    std::this_thread::yield();  // it has been started, and may not have come so far
+  }
   EXPECT_NE(rowOf(all.detached), all.job);
 
   // The shell and the job's first process end: what is left is no job any more.
